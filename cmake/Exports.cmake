@@ -1,0 +1,74 @@
+# SPDX-License-Identifier: MIT
+# Makes from the public headers, at build time, what follows from the exports' names:
+#   stubs.S       the exported entry points, one two-instruction jump through the export's slot each
+#   exports.ld    for GNU ld: the table's name, and the version script that exports these names and nothing else
+#   exports.def   the same for a DLL
+#   exports.inc   X(name) lines, for the tests
+# Run as a script:  cmake -DHEADERS=a.h;b.h -DOUTPUT=dir -P Exports.cmake
+#
+# The names are what stands before a parameter list. That every prototype was seen is checked by a second count, of the
+# declarations that end in ");".
+
+set(names "")
+set(prototypes 0)
+foreach(header IN LISTS HEADERS)
+  file(READ "${header}" text)
+  string(REGEX REPLACE "/\\*([^*]|\\*+[^*/])*\\*+/" " " text "${text}")
+  string(REGEX REPLACE "//[^\n]*" " " text "${text}")
+  string(REGEX MATCHALL "ovks[A-Za-z0-9_]+[ \n]*\\(" found "${text}")
+  string(REGEX MATCHALL "\\)[ \n]*;" ends "${text}")
+  list(LENGTH ends count)
+  math(EXPR prototypes "${prototypes} + ${count}")
+  list(APPEND names ${found})
+endforeach()
+list(TRANSFORM names REPLACE "[ \n]*\\($" "")
+
+list(LENGTH names count)
+set(distinct ${names})
+list(REMOVE_DUPLICATES distinct)
+list(LENGTH distinct distinctCount)
+if(NOT count EQUAL prototypes OR NOT count EQUAL distinctCount OR count EQUAL 0)
+  message(FATAL_ERROR "Exports: ${count} names, ${distinctCount} of them distinct, but ${prototypes} prototypes")
+endif()
+list(SORT names COMPARE STRING CASE SENSITIVE)
+
+set(stubs "/* Generated from the public headers. */
+#ifdef __ELF__
+#define OVKS_FUNCTION(name) .type name, @function
+#else
+#define OVKS_FUNCTION(name) .def name; .scl 2; .type 32; .endef
+#endif
+.intel_syntax noprefix
+.text
+")
+set(version "VERSION {\n{\n  global:\n")
+set(def "EXPORTS\n")
+set(inc "")
+foreach(name IN LISTS names)
+  string(APPEND stubs "
+.p2align 4
+.globl ${name}
+OVKS_FUNCTION(${name})
+${name}:
+  lea r11, [rip + ovksSlot_${name}]
+  jmp [r11]
+")
+  string(APPEND version "    ${name};\n")
+  string(APPEND def "  ${name}\n")
+  string(APPEND inc "X(${name})\n")
+endforeach()
+string(APPEND version "  local: *;\n};\n}\n")
+
+# The table begins with its first slot: the linker lays the slots side by side.
+list(GET names 0 first)
+set(table "ExportTable = ovksSlot_${first};\n")
+
+set(epilogue "
+#ifdef __ELF__
+.section .note.GNU-stack, \"\", @progbits
+#endif
+")
+file(WRITE "${OUTPUT}/stubs.S" "${stubs}${epilogue}")
+file(WRITE "${OUTPUT}/exports.ld" "${table}${version}")
+file(WRITE "${OUTPUT}/exports.def" "${def}")
+file(WRITE "${OUTPUT}/exports.inc" "${inc}")

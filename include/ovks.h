@@ -1,0 +1,11 @@
+/* SPDX-License-Identifier: MIT */
+/** @file
+ *  The whole public interface. */
+#ifndef OVKS_H
+#define OVKS_H
+
+#include "ovks/core.h"
+#include "ovks/types.h"
+#include "ovks/vector.h"
+
+#endif

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+// The argument checks that every family shares.
+#pragma once
+
+#include "ovks/types.h"
+
+namespace ovks {
+
+// Pointers come first, in parameter order, and all give the same status, so one branch settles the good case.
+template <class... P>
+inline Status check(int len, const P*... pointers) {
+  if (((pointers != nullptr) & ...) & (len > 0)) [[likely]]
+    return StatusOk;
+  const bool null = ((pointers == nullptr) | ...);
+  return null ? StatusNullPtr : StatusBadSize;
+}
+
+}  // namespace ovks

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+// Complex arithmetic on vectors of (re, im) lanes.
+#pragma once
+
+#include "core/simd.hpp"
+
+namespace ovks {
+
+template <class V>
+OVKS_INLINE V dupReal(V v) {
+  return shuffle(v, [](int i) { return i & ~1; });
+}
+template <class V>
+OVKS_INLINE V dupImag(V v) {
+  return shuffle(v, [](int i) { return i | 1; });
+}
+template <class V>
+OVKS_INLINE V swapParts(V v) {
+  return shuffle(v, [](int i) { return i ^ 1; });
+}
+
+// Each of half as many reals in both lanes of its pair.
+template <class V, class H>
+OVKS_INLINE V duplicate(H v) {
+  return [&]<std::size_t... i>(std::index_sequence<i...>) {
+    return __builtin_shufflevector(v, v, static_cast<int>(i / 2)...);
+  }
+  (std::make_index_sequence<lanes<V>>{});
+}
+
+// re = fma(a.re, b.re, -(a.im b.im)), im = fma(a.re, b.im, a.im b.re)
+template <class V>
+OVKS_INLINE V complexProduct(V a, V b) {
+  return fmaSubAdd(dupReal(a), b, dupImag(a) * swapParts(b));
+}
+
+// c + a b, the products fused with the sum one after the other.
+template <class V>
+OVKS_INLINE V complexProductSum(V a, V b, V c) {
+  return fmaSubAdd(dupReal(a), b, fmaSubAdd(dupImag(a), swapParts(b), c));
+}
+
+}  // namespace ovks

@@ -1,0 +1,213 @@
+// SPDX-License-Identifier: MIT
+// Vectors as wide as the level's registers, over the compiler's vector extensions.
+//
+// A vector is a plain value of the language: operators, comparisons, the conditional operator, __builtin_shufflevector
+// and
+// __builtin_convertvector are used as they are. This file adds what the language has no spelling for.
+#pragma once
+
+#include <immintrin.h>
+
+#include <concepts>
+#include <cstddef>
+#include <cstdint>
+#include <type_traits>
+#include <utility>
+
+#include "ovks/types.h"
+
+#define OVKS_INLINE inline __attribute__((always_inline))
+
+namespace ovks {
+
+#ifdef __AVX512BW__
+inline constexpr bool kAvx512 = true;
+#else
+inline constexpr bool kAvx512 = false;
+#endif
+inline constexpr int kVectorBytes = kAvx512 ? 64 : 32;
+
+template <class T, int N>
+struct VecType {
+  typedef T type __attribute__((vector_size(N * sizeof(T))));
+};
+template <class T, int N = kVectorBytes / int{sizeof(T)}>
+using Vec = typename VecType<T, N>::type;
+
+// The element type of a vector, and how many it has.
+template <class V>
+using Lane = std::remove_cvref_t<decltype(std::declval<V>()[0])>;
+template <class V>
+inline constexpr int lanes = sizeof(V) / sizeof(Lane<V>);
+
+// The same lanes, signed or unsigned.
+template <class V>
+using Signed = Vec<std::make_signed_t<Lane<V>>, lanes<V>>;
+template <class V>
+using Unsigned = Vec<std::make_unsigned_t<Lane<V>>, lanes<V>>;
+
+template <std::size_t bytes>
+using RawVec = Vec<long long, bytes / 8>;
+
+// The same bits as another type of the same size.
+template <class To, class From>
+OVKS_INLINE To bits(From v) {
+  static_assert(sizeof(To) == sizeof(From));
+  return __builtin_bit_cast(To, v);
+}
+
+template <class V>
+OVKS_INLINE V broadcast(Lane<V> x) {
+  V v;
+  for (int i = 0; i < lanes<V>; ++i) v[i] = x;
+  return v;
+}
+
+template <class V>
+OVKS_INLINE V load(const void* p) {
+  V v;
+  __builtin_memcpy(&v, p, sizeof v);
+  return v;
+}
+
+template <class V>
+OVKS_INLINE void store(void* p, V v) {
+  __builtin_memcpy(p, &v, sizeof v);
+}
+
+// Past the caches; p must be aligned to the vector's size.
+template <class V>
+OVKS_INLINE void stream(void* p, V v) {
+  if constexpr (sizeof(V) == 64) {
+    _mm512_stream_si512(static_cast<__m512i*>(p), bits<__m512i>(v));
+  } else if constexpr (sizeof(V) == 32) {
+    _mm256_stream_si256(static_cast<__m256i*>(p), bits<__m256i>(v));
+  } else {
+    _mm_stream_si128(static_cast<__m128i*>(p), bits<__m128i>(v));
+  }
+}
+
+// The first lanes of a wider vector.
+template <class To, class From>
+OVKS_INLINE To low(From v) {
+  static_assert(sizeof(To) <= sizeof(From));
+  To r;
+  __builtin_memcpy(&r, &v, sizeof r);
+  return r;
+}
+
+// A vector followed by lanes of any value.
+template <class To, class From>
+OVKS_INLINE To extend(From v) {
+  if constexpr (sizeof(To) == sizeof(From)) {
+    return bits<To>(v);
+  } else if constexpr (sizeof(From) == 32) {
+    return bits<To>(_mm512_castsi256_si512(bits<__m256i>(v)));
+  } else {
+    To r{};
+    __builtin_memcpy(&r, &v, sizeof v);
+    return r;
+  }
+}
+
+// Fewer bytes than a vector's.
+OVKS_INLINE void copyShort(char* dst, const char* src, std::ptrdiff_t bytes) {
+  const auto move = [&]<class M>(M piece) {
+    if (!(bytes & std::ptrdiff_t{sizeof(M)})) return;
+    piece = load<M>(src);
+    store(dst, piece);
+    src += sizeof(M);
+    dst += sizeof(M);
+  };
+  move(RawVec<16>{});
+  move(int64_t{});
+  move(int32_t{});
+  move(int16_t{});
+  move(int8_t{});
+}
+
+// The first n lanes from memory, 0 < n < lanes<V>, the others zero. Reads nothing beyond.
+template <class V>
+OVKS_INLINE V loadPart(const Lane<V>* p, std::ptrdiff_t n) {
+  constexpr int size = sizeof(Lane<V>);
+  if constexpr (kAvx512) {
+    const uint64_t mask = _bzhi_u64(~uint64_t{0}, static_cast<unsigned>(n));
+    __m512i v;
+    if constexpr (size == 1) v = _mm512_maskz_loadu_epi8(mask, p);
+    if constexpr (size == 2) v = _mm512_maskz_loadu_epi16(static_cast<__mmask32>(mask), p);
+    if constexpr (size == 4) v = _mm512_maskz_loadu_epi32(static_cast<__mmask16>(mask), p);
+    if constexpr (size == 8) v = _mm512_maskz_loadu_epi64(static_cast<__mmask8>(mask), p);
+    return low<V>(v);
+  } else {
+    V v{};
+    copyShort(reinterpret_cast<char*>(&v), reinterpret_cast<const char*>(p), n * size);
+    return v;
+  }
+}
+
+// The first n lanes to memory, 0 < n < lanes<V>. Writes nothing beyond.
+template <class V>
+OVKS_INLINE void storePart(Lane<V>* p, V v, std::ptrdiff_t n) {
+  constexpr int size = sizeof(Lane<V>);
+  if constexpr (kAvx512) {
+    const uint64_t mask = _bzhi_u64(~uint64_t{0}, static_cast<unsigned>(n));
+    const __m512i wide = extend<__m512i>(v);
+    if constexpr (size == 1) _mm512_mask_storeu_epi8(p, mask, wide);
+    if constexpr (size == 2) _mm512_mask_storeu_epi16(p, static_cast<__mmask32>(mask), wide);
+    if constexpr (size == 4) _mm512_mask_storeu_epi32(p, static_cast<__mmask16>(mask), wide);
+    if constexpr (size == 8) _mm512_mask_storeu_epi64(p, static_cast<__mmask8>(mask), wide);
+  } else {
+    copyShort(reinterpret_cast<char*>(p), reinterpret_cast<const char*>(&v), n * size);
+  }
+}
+
+// One rounding for a * b + c.
+template <class V>
+OVKS_INLINE V fma(V a, V b, V c) {
+  using T = Lane<V>;
+  if constexpr (sizeof(V) == 64) {
+    if constexpr (sizeof(T) == 4) return _mm512_fmadd_ps(a, b, c);
+    else return _mm512_fmadd_pd(a, b, c);
+  } else if constexpr (sizeof(V) == 32) {
+    if constexpr (sizeof(T) == 4) return _mm256_fmadd_ps(a, b, c);
+    else return _mm256_fmadd_pd(a, b, c);
+  } else {
+    if constexpr (sizeof(T) == 4) return _mm_fmadd_ps(a, b, c);
+    else return _mm_fmadd_pd(a, b, c);
+  }
+}
+
+// One rounding for a * b - c in the even lanes and a * b + c in the odd ones.
+template <class V>
+OVKS_INLINE V fmaSubAdd(V a, V b, V c) {
+  using T = Lane<V>;
+  if constexpr (sizeof(V) == 64) {
+    if constexpr (sizeof(T) == 4) return _mm512_fmaddsub_ps(a, b, c);
+    else return _mm512_fmaddsub_pd(a, b, c);
+  } else {
+    if constexpr (sizeof(T) == 4) return _mm256_fmaddsub_ps(a, b, c);
+    else return _mm256_fmaddsub_pd(a, b, c);
+  }
+}
+
+namespace detail {
+template <class V, class F, std::size_t... i>
+OVKS_INLINE V shuffle(V v, F, std::index_sequence<i...>) {
+  return __builtin_shufflevector(v, v, F{}(static_cast<int>(i))...);
+}
+}  // namespace detail
+
+// Lane i of the result is lane f(i) of v; f is a stateless lambda.
+template <class V, class F>
+OVKS_INLINE V shuffle(V v, F f) {
+  return detail::shuffle(v, f, std::make_index_sequence<lanes<V>>{});
+}
+
+// Each lane converted to another type.
+template <class T, class V>
+OVKS_INLINE auto convert(V v) {
+  if constexpr (std::is_same_v<T, Lane<V>>) return v;
+  else return __builtin_convertvector(v, Vec<T, lanes<V>>);
+}
+
+}  // namespace ovks

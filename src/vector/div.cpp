@@ -1,0 +1,325 @@
+// SPDX-License-Identifier: MIT
+// Quotients. All of them need a look at their divisors, so they have entries of their own.
+#include "core/check.hpp"
+#include "core/complex.hpp"
+#include "core/export.hpp"
+#include "core/float_to_integer.hpp"
+#include "core/loops.hpp"
+#include "core/wide_integer.hpp"
+#include "ovks/vector.h"
+
+namespace {
+
+using namespace ovks;
+
+template <class V>
+bool any(V mask) {
+  if constexpr (sizeof(V) == 64) {
+    return _mm512_test_epi64_mask(bits<__m512i>(mask), bits<__m512i>(mask)) != 0;
+  } else if constexpr (sizeof(V) == 32) {
+    return !_mm256_testz_si256(bits<__m256i>(mask), bits<__m256i>(mask));
+  } else {
+    return !_mm_testz_si128(bits<__m128i>(mask), bits<__m128i>(mask));
+  }
+}
+
+// All ones in the lanes of zeros; of complex data, in both lanes of elements whose parts are both zero.
+template <class D, class V>
+OVKS_INLINE auto zeros(V v) {
+  const auto zero = v == V{};
+  if constexpr (isComplex<D>) return zero & swapParts(zero);
+  else return zero;
+}
+
+// c / a as c conj(a) / |a|^2.
+template <class V>
+struct ComplexQuotient {
+  V numerator, denominator;
+
+  OVKS_INLINE ComplexQuotient(V a, V c) {
+    const V cross = dupImag(a) * swapParts(c), squares = a * a;
+    numerator = fma(dupReal(a), c, cross * repeat<V>(Complex64f{1, -1}));
+    denominator = squares + swapParts(squares);
+  }
+};
+
+// The quotient of integers in floating-point lanes wide enough for its one rounding: a quotient that is not a tie keeps
+// more distance from one than the division's error, since its denominator is small. F is the lanes' type.
+template <class D, class F, RoundMode mode>
+class IntegerQuotient {
+ public:
+  using Work = std::conditional_t<isComplex<D>, Complex64f, F>;
+  using V = Vec<F>;
+
+  explicit IntegerQuotient(int scaleFactor)
+      : scaled_(scaleFactor < -30    ? -kFar
+                : scaleFactor > kFar ? kFar
+                                     : scaleFactor) {}
+
+  template <class A, class B>
+  OVKS_INLINE auto operator()(A divisor, B dividend) {
+    const V a = convert<F>(divisor), c = convert<F>(dividend);
+    const auto zero = zeros<D>(a);
+    zeros_ |= zero;
+    V quotient;
+    if constexpr (isComplex<D>) {
+      const ComplexQuotient<V> q(a, c);
+      quotient = scaled_(zero ? c : q.numerator) / q.denominator;
+    } else {
+      quotient = scaled_(c) / a;
+    }
+    return toInteger<Real<D>>(roundTo<mode>(quotient));
+  }
+
+  bool metZero() const { return any(zeros_); }
+
+ private:
+  static constexpr int kFar = 100;  // rounds every quotient to 0, or saturates it
+
+  PowerOfTwo<V> scaled_;
+  decltype(V{} == V{}) zeros_{};
+};
+
+// Floating-point quotients, patched where the divisor is zero.
+template <class D>
+class FloatQuotient {
+ public:
+  using Work = std::conditional_t<isComplex<D>, Complex64f, D>;
+  using V = Elements<D, kVectorBytes / sizeof(Work)>;
+
+  OVKS_INLINE V operator()(V a, V c) {
+    const auto zero = zeros<D>(a);
+    zeros_ |= zero;
+    return zero ? patched(c) : quotient(zero ? broadcast<V>(1) : a, c);
+  }
+
+  bool metZero() const { return any(zeros_); }
+
+ private:
+  OVKS_INLINE static V quotient(V a, V c) {
+    if constexpr (!isComplex<D>) {
+      return c / a;
+    } else if constexpr (sizeof(Lane<V>) == 4) {
+      using W = Vec<double, lanes<V>>;
+      return __builtin_convertvector(complexQuotient(__builtin_convertvector(a, W), __builtin_convertvector(c, W)), V);
+    } else {
+      const V scale = unitScale(a);
+      return complexQuotient(a * scale, c) * scale;
+    }
+  }
+
+  template <class W>
+  OVKS_INLINE static W complexQuotient(W a, W c) {
+    const ComplexQuotient<W> q(a, c);
+    return q.numerator / q.denominator;
+  }
+
+  // The power of two that brings the larger part to [1, 2), so that squares neither overflow nor vanish.
+  OVKS_INLINE static V unitScale(V v) {
+    using I = Vec<int64_t, lanes<V>>;
+    const I magnitude = bits<I>(v) & broadcast<I>(0x7ff0000000000000), other = swapParts(magnitude);
+    const I largest = magnitude > other ? magnitude : other;
+    const I inverse = broadcast<I>(int64_t{2046} << 52) - largest, least = broadcast<I>(int64_t{1} << 52);
+    return bits<V>(inverse < least ? least : inverse);
+  }
+
+  OVKS_INLINE static V patched(V c) {
+    using I = decltype(c == c);
+    constexpr bool single = sizeof(Lane<V>) == 4;
+    const I infinity = broadcast<I>(static_cast<Lane<I>>(single ? 0x7f800000 : 0x7ff0000000000000));
+    const I nan = broadcast<I>(static_cast<Lane<I>>(single ? 0x7fbfffff : 0x7ff7ffffffffffff));
+    const I sign = broadcast<I>(std::numeric_limits<Lane<I>>::min());
+    const I ordinary = (c < V{}) | (c > V{});
+    return bits<V>(ordinary ? (bits<I>(c) & sign) | infinity : nan);
+  }
+
+  decltype(V{} == V{}) zeros_{};
+};
+
+// How a quotient's operands come: both as sources, or one of them as a constant.
+constexpr auto kSources = [](auto& q) { return [&q](auto a, auto c) { return q(a, c); }; };
+
+template <class C>
+auto constantDivisor(C val) {
+  return [val](auto& q) {
+    return [&q, a = repeat<typename std::remove_reference_t<decltype(q)>::V>(val)](auto c) { return q(a, c); };
+  };
+}
+
+template <class C>
+auto constantDividend(C val) {
+  return [val](auto& q) {
+    return [&q, c = repeat<typename std::remove_reference_t<decltype(q)>::V>(val)](auto a) { return q(a, c); };
+  };
+}
+
+template <class Q, class Form, class D, class... S>
+Status divideBy(Q q, Form form, D* pDst, int len, const S*... src) {
+  mapAs<typename Q::Work>(form(q), pDst, len, src...);
+  return q.metZero() ? StatusDivByZero : StatusOk;
+}
+
+template <RoundMode mode, class Form, class D, class... S>
+Status divide(Form form, D* pDst, int len, int scaleFactor, const S*... src) {
+  if constexpr (isInteger<D>) {
+    const DefaultFloatControl control;
+    if constexpr (!isComplex<D> && ((sizeof(S) <= 2) && ...)) {
+      // Results of 16 bits leave a float enough digits unless they were scaled up.
+      if (scaleFactor >= -6) return divideBy(IntegerQuotient<D, float, mode>(scaleFactor), form, pDst, len, src...);
+    }
+    return divideBy(IntegerQuotient<D, double, mode>(scaleFactor), form, pDst, len, src...);
+  } else {
+    return divideBy(FloatQuotient<D>(), form, pDst, len, src...);
+  }
+}
+
+// Where doubles run out of digits: results of 32 bits, scaled up.
+Status divideExactly(const int32_t* pSrc1, const int32_t* pSrc2, int32_t* pDst, int len, int scaleFactor) {
+  Status status = StatusOk;
+  for (int i = 0; i < len; ++i) {
+    const int32_t divisor = pSrc1[i], dividend = pSrc2[i];
+    int64_t quotient = dividend == 0 ? 0 : dividend > 0 ? INT64_MAX : INT64_MIN;
+    if (divisor == 0) status = StatusDivByZero;
+    else quotient = scaledQuotient(dividend, divisor, scaleFactor);
+    pDst[i] = static_cast<int32_t>(quotient > INT32_MAX ? INT32_MAX : quotient < INT32_MIN ? INT32_MIN : quotient);
+  }
+  return status;
+}
+
+template <class A, class B, class D>
+Status div(const A* pSrc1, const B* pSrc2, D* pDst, int len, int scaleFactor) {
+  if (const Status s = check(len, pSrc1, pSrc2, pDst)) return s;
+  if constexpr (std::is_same_v<A, int32_t>) {
+    if (scaleFactor < -19) return divideExactly(pSrc1, pSrc2, pDst, len, scaleFactor);
+  }
+  return divide<RoundNear>(kSources, pDst, len, scaleFactor, pSrc1, pSrc2);
+}
+
+template <class D>
+Status div(const D* pSrc, D* pSrcDst, int len, int scaleFactor) {
+  return div(pSrc, pSrcDst, pSrcDst, len, scaleFactor);
+}
+
+template <class D>
+Status div(const D* pSrc1, const D* pSrc2, D* pDst, int len) {
+  if (const Status s = check(len, pSrc1, pSrc2, pDst)) return s;
+  return divide<RoundNear>(kSources, pDst, len, 0, pSrc1, pSrc2);
+}
+
+template <class D>
+Status div(const D* pSrc, D* pSrcDst, int len) {
+  return div(pSrc, static_cast<const D*>(pSrcDst), pSrcDst, len);
+}
+
+template <class D>
+Status divRound(const D* pSrc1, const D* pSrc2, D* pDst, int len, RoundMode rndMode, int scaleFactor) {
+  if (const Status s = check(len, pSrc1, pSrc2, pDst)) return s;
+  switch (rndMode) {
+    case RoundZero: return divide<RoundZero>(kSources, pDst, len, scaleFactor, pSrc1, pSrc2);
+    case RoundNear: return divide<RoundNear>(kSources, pDst, len, scaleFactor, pSrc1, pSrc2);
+    case RoundHalfAway: return divide<RoundHalfAway>(kSources, pDst, len, scaleFactor, pSrc1, pSrc2);
+    default: return StatusBadRoundMode;
+  }
+}
+
+template <class D>
+Status divRound(const D* pSrc, D* pSrcDst, int len, RoundMode rndMode, int scaleFactor) {
+  return divRound(pSrc, pSrcDst, pSrcDst, len, rndMode, scaleFactor);
+}
+
+template <class D>
+bool isZero(D val) {
+  if constexpr (isComplex<D>) return val.re == 0 && val.im == 0;
+  else return val == 0;
+}
+
+template <class D>
+Status divC(const D* pSrc, D val, D* pDst, int len, int scaleFactor) {
+  if (const Status s = check(len, pSrc, pDst)) return s;
+  if (isZero(val)) return StatusDivByZeroErr;
+  return divide<RoundNear>(constantDivisor(val), pDst, len, scaleFactor, pSrc);
+}
+
+Status divC(int64_t val, int64_t* pSrcDst, int len, int scaleFactor) {
+  if (const Status s = check(len, pSrcDst)) return s;
+  if (val == 0) return StatusDivByZeroErr;
+  for (int i = 0; i < len; ++i) pSrcDst[i] = scaledQuotient(pSrcDst[i], val, scaleFactor);
+  return StatusOk;
+}
+
+template <class D>
+Status divC(D val, D* pSrcDst, int len, int scaleFactor) {
+  return divC(pSrcDst, val, pSrcDst, len, scaleFactor);
+}
+
+template <class D>
+Status divC(const D* pSrc, D val, D* pDst, int len) {
+  return divC(pSrc, val, pDst, len, 0);
+}
+
+template <class D>
+Status divC(D val, D* pSrcDst, int len) {
+  return divC(pSrcDst, val, pSrcDst, len, 0);
+}
+
+template <class D>
+Status divCRev(const D* pSrc, D val, D* pDst, int len) {
+  if (const Status s = check(len, pSrc, pDst)) return s;
+  return divide<RoundNear>(constantDividend(val), pDst, len, 0, pSrc);
+}
+
+template <class D>
+Status divCRev(D val, D* pSrcDst, int len) {
+  return divCRev(pSrcDst, val, pSrcDst, len);
+}
+
+}  // namespace
+
+OVKS_EXPORT(ovksDiv_16s_ISfs, div);
+OVKS_EXPORT(ovksDiv_16s_Sfs, div);
+OVKS_EXPORT(ovksDiv_16sc_ISfs, div);
+OVKS_EXPORT(ovksDiv_16sc_Sfs, div);
+OVKS_EXPORT(ovksDiv_16u_ISfs, div);
+OVKS_EXPORT(ovksDiv_16u_Sfs, div);
+OVKS_EXPORT(ovksDiv_32f, div);
+OVKS_EXPORT(ovksDiv_32f_I, div);
+OVKS_EXPORT(ovksDiv_32fc, div);
+OVKS_EXPORT(ovksDiv_32fc_I, div);
+OVKS_EXPORT(ovksDiv_32s16s_Sfs, div);
+OVKS_EXPORT(ovksDiv_32s_ISfs, div);
+OVKS_EXPORT(ovksDiv_32s_Sfs, div);
+OVKS_EXPORT(ovksDiv_64f, div);
+OVKS_EXPORT(ovksDiv_64f_I, div);
+OVKS_EXPORT(ovksDiv_64fc, div);
+OVKS_EXPORT(ovksDiv_64fc_I, div);
+OVKS_EXPORT(ovksDiv_8u_ISfs, div);
+OVKS_EXPORT(ovksDiv_8u_Sfs, div);
+OVKS_EXPORT(ovksDiv_Round_16s_ISfs, divRound);
+OVKS_EXPORT(ovksDiv_Round_16s_Sfs, divRound);
+OVKS_EXPORT(ovksDiv_Round_16u_ISfs, divRound);
+OVKS_EXPORT(ovksDiv_Round_16u_Sfs, divRound);
+OVKS_EXPORT(ovksDiv_Round_8u_ISfs, divRound);
+OVKS_EXPORT(ovksDiv_Round_8u_Sfs, divRound);
+
+OVKS_EXPORT(ovksDivC_16s_ISfs, divC);
+OVKS_EXPORT(ovksDivC_16s_Sfs, divC);
+OVKS_EXPORT(ovksDivC_16sc_ISfs, divC);
+OVKS_EXPORT(ovksDivC_16sc_Sfs, divC);
+OVKS_EXPORT(ovksDivC_16u_ISfs, divC);
+OVKS_EXPORT(ovksDivC_16u_Sfs, divC);
+OVKS_EXPORT(ovksDivC_32f, divC);
+OVKS_EXPORT(ovksDivC_32f_I, divC);
+OVKS_EXPORT(ovksDivC_32fc, divC);
+OVKS_EXPORT(ovksDivC_32fc_I, divC);
+OVKS_EXPORT(ovksDivC_64f, divC);
+OVKS_EXPORT(ovksDivC_64f_I, divC);
+OVKS_EXPORT(ovksDivC_64fc, divC);
+OVKS_EXPORT(ovksDivC_64fc_I, divC);
+OVKS_EXPORT(ovksDivC_64s_ISfs, divC);
+OVKS_EXPORT(ovksDivC_8u_ISfs, divC);
+OVKS_EXPORT(ovksDivC_8u_Sfs, divC);
+
+OVKS_EXPORT(ovksDivCRev_16u, divCRev);
+OVKS_EXPORT(ovksDivCRev_16u_I, divCRev);
+OVKS_EXPORT(ovksDivCRev_32f, divCRev);
+OVKS_EXPORT(ovksDivCRev_32f_I, divCRev);

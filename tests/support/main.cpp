@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+// Runs the tests on the level that the command line names, or on whichever the loader took.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <string_view>
+
+#include "ovks.h"
+
+int main(int argc, char** argv) {
+  constexpr int kSkipped = 77;
+  constexpr std::string_view kOption = "--level=";
+  testing::InitGoogleTest(&argc, argv);
+  const std::string_view loaded = ovksGetLibVersion()->targetCpu;
+  for (int i = 1; i < argc; ++i) {
+    const std::string_view argument = argv[i];
+    if (argument.substr(0, kOption.size()) != kOption) continue;
+    const std::string_view wanted = argument.substr(kOption.size());
+    if (wanted == loaded) continue;
+    std::printf("level %s was asked for, the loader took %s\n", wanted.data(), loaded.data());
+    return wanted == "n0" && !__builtin_cpu_supports("avx512f") ? kSkipped : 1;
+  }
+  std::printf("level %s, seed %d\n", loaded.data(), testing::UnitTest::GetInstance()->random_seed());
+  return RUN_ALL_TESTS();
+}
