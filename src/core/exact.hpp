@@ -47,7 +47,7 @@ OVKS_INLINE V saturatedDifference(V a, V b) {
   using T = Lane<V>;
   using R = RawVec<sizeof(V)>;
   if constexpr (std::is_unsigned_v<T>) {
-    return (a > b ? a : b) - b;
+    return larger(a, b) - b;
   } else if constexpr (sizeof(V) == 64 && sizeof(T) == 2) {
     return bits<V>(_mm512_subs_epi16(bits<R>(a), bits<R>(b)));
   } else if constexpr (sizeof(V) == 32 && sizeof(T) == 2) {
