@@ -164,6 +164,13 @@ OVKS_INLINE void storePart(Lane<V>* p, V v, std::ptrdiff_t n) {
   }
 }
 
+// v, loaded once: keeps the compiler from repeating a load inside every instruction that uses it.
+template <class V>
+OVKS_INLINE V inRegister(V v) {
+  asm("" : "+v"(v));
+  return v;
+}
+
 // One rounding for a * b + c.
 template <class V>
 OVKS_INLINE V fma(V a, V b, V c) {
