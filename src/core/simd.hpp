@@ -110,14 +110,17 @@ OVKS_INLINE To extend(From v) {
   }
 }
 
-// Fewer bytes than a vector's.
+// Fewer bytes than the vector's size.
+template <int size>
 OVKS_INLINE void copyShort(char* dst, const char* src, std::ptrdiff_t bytes) {
   const auto move = [&]<class M>(M piece) {
-    if (!(bytes & std::ptrdiff_t{sizeof(M)})) return;
-    piece = load<M>(src);
-    store(dst, piece);
-    src += sizeof(M);
-    dst += sizeof(M);
+    if constexpr (sizeof(M) < size) {
+      if (!(bytes & std::ptrdiff_t{sizeof(M)})) return;
+      piece = load<M>(src);
+      store(dst, piece);
+      src += sizeof(M);
+      dst += sizeof(M);
+    }
   };
   move(RawVec<16>{});
   move(int64_t{});
@@ -140,7 +143,7 @@ OVKS_INLINE V loadPart(const Lane<V>* p, std::ptrdiff_t n) {
     return low<V>(v);
   } else {
     V v{};
-    copyShort(reinterpret_cast<char*>(&v), reinterpret_cast<const char*>(p), n * size);
+    copyShort<sizeof v>(reinterpret_cast<char*>(&v), reinterpret_cast<const char*>(p), n * size);
     return v;
   }
 }
@@ -157,7 +160,7 @@ OVKS_INLINE void storePart(Lane<V>* p, V v, std::ptrdiff_t n) {
     if constexpr (size == 4) _mm512_mask_storeu_epi32(p, static_cast<__mmask16>(mask), wide);
     if constexpr (size == 8) _mm512_mask_storeu_epi64(p, static_cast<__mmask8>(mask), wide);
   } else {
-    copyShort(reinterpret_cast<char*>(p), reinterpret_cast<const char*>(&v), n * size);
+    copyShort<sizeof v>(reinterpret_cast<char*>(p), reinterpret_cast<const char*>(&v), n * size);
   }
 }
 
@@ -187,6 +190,21 @@ OVKS_INLINE V fmaSubAdd(V a, V b, V c) {
   } else {
     if constexpr (sizeof(T) == 4) return _mm256_fmaddsub_ps(a, b, c);
     else return _mm256_fmaddsub_pd(a, b, c);
+  }
+}
+
+template <class V>
+OVKS_INLINE V squareRoot(V v) {
+  constexpr bool single = sizeof(Lane<V>) == 4;
+  if constexpr (sizeof(V) == 64) {
+    if constexpr (single) return _mm512_sqrt_ps(v);
+    else return _mm512_sqrt_pd(v);
+  } else if constexpr (sizeof(V) == 32) {
+    if constexpr (single) return _mm256_sqrt_ps(v);
+    else return _mm256_sqrt_pd(v);
+  } else {
+    if constexpr (single) return _mm_sqrt_ps(v);
+    else return _mm_sqrt_pd(v);
   }
 }
 
