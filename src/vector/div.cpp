@@ -157,7 +157,7 @@ auto constantDividend(C val) {
 
 template <class Q, class Form, class D, class... S>
 Status divideBy(Q q, Form form, D* pDst, int len, const S*... src) {
-  mapAs<typename Q::Work>(form(q), pDst, len, src...);
+  mapInline<typename Q::Work>(form(q), pDst, len, src...);
   return q.metZero() ? StatusDivByZero : StatusOk;
 }
 
