@@ -77,7 +77,7 @@ D scaledRoot(__int128 numerator, int64_t denominator, int scaleFactor) {
   asm volatile("" : "+m"(numerator), "+m"(denominator));
   const double square = static_cast<double>(numerator) / static_cast<double>(denominator);
   const V root = squareRoot(broadcast<V>(square));
-  int32_t result = toInteger<int32_t>(roundTo<RoundNear>(PowerOfTwo<V>(scaleFactor)(root)))[0];
+  int32_t result = toInteger<int32_t, RoundNear>(PowerOfTwo<V>(scaleFactor)(root))[0];
   asm volatile("" : "+m"(result));
   return saturate<D>(result);
 }
