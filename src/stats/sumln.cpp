@@ -102,7 +102,10 @@ struct LogSum {
   V sum{};
 
   OVKS_INLINE T fill() const { return 1; }
-  OVKS_INLINE void add(Vec<T, kElements> v) { sum += ovks::log(convert<double>(v)); }
+  OVKS_INLINE void add(Vec<T, kElements> v) {
+    if constexpr (sizeof(T) == 2) sum += log(convert<double>(convert<int32_t>(v)));
+    else sum += log(convert<double>(v));
+  }
   OVKS_INLINE void merge(const LogSum& o) { sum += o.sum; }
   OVKS_INLINE Parts<double> parts() const { return partsOf<double>(foldLanes(sum, kPlus)); }
 };
