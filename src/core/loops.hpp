@@ -31,8 +31,15 @@ struct Map {
     return f(load<Elements<S, N>>(src + i)...);
   }
 
+  // What stands behind the last element. Functors that look for zeros ask for another value.
+  template <class V>
+  OVKS_INLINE static V padding() {
+    if constexpr (requires { F::kPadding; }) return broadcast<V>(F::kPadding);
+    else return V{};
+  }
+
   OVKS_INLINE static void part(F f, D* dst, std::ptrdiff_t i, std::ptrdiff_t n, const S*... src) {
-    const Out r = f(loadPart<Elements<S, N>>(reals(src + i), n * parts<S>)...);
+    const Out r = f(loadPart(reals(src + i), n * parts<S>, padding<Elements<S, N>>())...);
     storePart(reals(dst + i), r, n * parts<D>);
   }
 

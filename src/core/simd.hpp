@@ -128,21 +128,21 @@ OVKS_INLINE void copyShort(char* dst, const char* src, std::ptrdiff_t bytes) {
   move(int8_t{});
 }
 
-// The first n lanes from memory, 0 < n < lanes<V> (on AVX-512 also all), the others zero. Reads nothing
-// beyond.
+// The first n lanes from memory, 0 < n < lanes<V> (on AVX-512 also all), the others from rest. Reads nothing beyond.
 template <class V>
-OVKS_INLINE V loadPart(const Lane<V>* p, std::ptrdiff_t n) {
+OVKS_INLINE V loadPart(const Lane<V>* p, std::ptrdiff_t n, V rest = V{}) {
   constexpr int size = sizeof(Lane<V>);
   if constexpr (kAvx512) {
     const uint64_t mask = _bzhi_u64(~uint64_t{0}, static_cast<unsigned>(n));
+    const __m512i others = extend<__m512i>(rest);
     __m512i v;
-    if constexpr (size == 1) v = _mm512_maskz_loadu_epi8(mask, p);
-    if constexpr (size == 2) v = _mm512_maskz_loadu_epi16(static_cast<__mmask32>(mask), p);
-    if constexpr (size == 4) v = _mm512_maskz_loadu_epi32(static_cast<__mmask16>(mask), p);
-    if constexpr (size == 8) v = _mm512_maskz_loadu_epi64(static_cast<__mmask8>(mask), p);
+    if constexpr (size == 1) v = _mm512_mask_loadu_epi8(others, mask, p);
+    if constexpr (size == 2) v = _mm512_mask_loadu_epi16(others, static_cast<__mmask32>(mask), p);
+    if constexpr (size == 4) v = _mm512_mask_loadu_epi32(others, static_cast<__mmask16>(mask), p);
+    if constexpr (size == 8) v = _mm512_mask_loadu_epi64(others, static_cast<__mmask8>(mask), p);
     return low<V>(v);
   } else {
-    V v{};
+    V v = rest;
     copyShort<sizeof(V)>(reinterpret_cast<char*>(&v), reinterpret_cast<const char*>(p), n * size);
     return v;
   }
@@ -162,6 +162,13 @@ OVKS_INLINE void storePart(Lane<V>* p, V v, std::ptrdiff_t n) {
   } else {
     copyShort<sizeof(V)>(reinterpret_cast<char*>(p), reinterpret_cast<const char*>(&v), n * size);
   }
+}
+
+// v, loaded once: keeps the compiler from repeating a load inside every instruction that uses it.
+template <class V>
+OVKS_INLINE V inRegister(V v) {
+  asm("" : "+v"(v));
+  return v;
 }
 
 // One rounding for a * b + c.
