@@ -19,6 +19,22 @@ OVKS_INLINE V swapParts(V v) {
   return shuffle(v, [](int i) { return i ^ 1; });
 }
 
+// One part of each element, in half as many lanes.
+template <class V>
+OVKS_INLINE auto realLanes(V v) {
+  return [&]<std::size_t... i>(std::index_sequence<i...>) {
+    return __builtin_shufflevector(v, v, static_cast<int>(2 * i)...);
+  }
+  (std::make_index_sequence<lanes<V> / 2>{});
+}
+template <class V>
+OVKS_INLINE auto imagLanes(V v) {
+  return [&]<std::size_t... i>(std::index_sequence<i...>) {
+    return __builtin_shufflevector(v, v, static_cast<int>(2 * i + 1)...);
+  }
+  (std::make_index_sequence<lanes<V> / 2>{});
+}
+
 // Each of half as many reals in both lanes of its pair.
 template <class V, class H>
 OVKS_INLINE V duplicate(H v) {

@@ -229,6 +229,21 @@ OVKS_INLINE V larger(V a, V b) {
   }
 }
 
+template <class V>
+OVKS_INLINE V squareRoot(V v) {
+  constexpr bool single = sizeof(Lane<V>) == 4;
+  if constexpr (sizeof(V) == 64) {
+    if constexpr (single) return _mm512_sqrt_ps(v);
+    else return _mm512_sqrt_pd(v);
+  } else if constexpr (sizeof(V) == 32) {
+    if constexpr (single) return _mm256_sqrt_ps(v);
+    else return _mm256_sqrt_pd(v);
+  } else {
+    if constexpr (single) return _mm_sqrt_ps(v);
+    else return _mm_sqrt_pd(v);
+  }
+}
+
 namespace detail {
 template <class V, class F, std::size_t... i>
 OVKS_INLINE V shuffle(V v, F, std::index_sequence<i...>) {
@@ -242,10 +257,42 @@ OVKS_INLINE V shuffle(V v, F f) {
   return detail::shuffle(v, f, std::make_index_sequence<lanes<V>>{});
 }
 
+namespace detail {
+
+// To lanes of twice the width. gcc would convert halves and join them.
+template <class T, class V>
+OVKS_INLINE auto convertWider(V v) {
+  using S = Lane<V>;
+  using R = Vec<T, lanes<V>>;
+  const auto raw = extend<RawVec<sizeof(V) < 16 ? 16 : sizeof(V)>>(v);
+  if constexpr (sizeof(R) == 64) {
+    if constexpr (std::is_same_v<S, float>) return _mm512_cvtps_pd(v);
+    else if constexpr (std::is_same_v<T, double>) return _mm512_cvtepi32_pd(raw);
+    else if constexpr (sizeof(S) == 4) return bits<R>(_mm512_cvtepi32_epi64(raw));
+    else return bits<R>(_mm512_cvtepi16_epi32(raw));
+  } else if constexpr (sizeof(R) == 32) {
+    if constexpr (std::is_same_v<S, float>) return _mm256_cvtps_pd(v);
+    else if constexpr (std::is_same_v<T, double>) return _mm256_cvtepi32_pd(raw);
+    else if constexpr (sizeof(S) == 4) return bits<R>(_mm256_cvtepi32_epi64(raw));
+    else return bits<R>(_mm256_cvtepi16_epi32(raw));
+  } else {
+    return bits<R>(_mm_cvtepi16_epi32(raw));
+  }
+}
+
+template <class T, class V>
+inline constexpr bool convertsWider =
+    sizeof(T) == 2 * sizeof(Lane<V>) && (sizeof(T) * lanes<V> >= 32 || (sizeof(T) == 4 && lanes<V> == 4)) &&
+    (std::is_same_v<Lane<V>, float> || std::is_same_v<Lane<V>, int32_t> ||
+     (std::is_same_v<Lane<V>, int16_t> && std::is_same_v<T, int32_t>));
+
+}  // namespace detail
+
 // Each lane converted to another type.
 template <class T, class V>
 OVKS_INLINE auto convert(V v) {
   if constexpr (std::is_same_v<T, Lane<V>>) return v;
+  else if constexpr (detail::convertsWider<T, V>) return detail::convertWider<T>(v);
   else return __builtin_convertvector(v, Vec<T, lanes<V>>);
 }
 
