@@ -74,8 +74,8 @@ inline constexpr auto operation = [](auto... v) { return Op::template apply<D>(v
 // The operation with a constant as its second operand.
 template <class D, class Op, class S, class C>
 OVKS_INLINE auto withConstant(C val) {
-  constexpr int n = step<D, S>;
-  return [c = repeat<Elements<C, n>>(val)](auto v, auto... more) { return Op::template apply<D>(v, c, more...); };
+  using V = Elements<C, step<D, S>>;
+  return [val](auto v, auto... more) { return Op::template apply<D>(v, repeat<V>(val), more...); };
 }
 
 }  // namespace detail
