@@ -46,7 +46,7 @@ Status getSize(int* pSize) {
 template <class T, class V>
 OVKS_INLINE void write(T* dst, int count, V values) {
   const auto elements = [&] {
-    if constexpr (std::is_integral_v<T>) return toInteger<T>(roundTo<RoundNear>(values));
+    if constexpr (std::is_integral_v<T>) return toInteger<T, RoundNear>(values);
     else return convert<T>(values);
   }();
   if (count >= lanes<V>) store(dst, elements);

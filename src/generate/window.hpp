@@ -59,11 +59,11 @@ namespace detail {
 // it ends up halfway between integers without being so.
 template <class T, class V>
 OVKS_INLINE auto integerProduct(V x, V w) {
-  const V product = x * w, lost = fma(x, w, -product), near = roundTo<RoundNear>(product), rest = product - near;
+  const V product = x * w, lost = fma(x, w, -product), rest = product - roundTo<RoundNear>(product);
   const V half = lost > V{} ? broadcast<V>(0.5f) : broadcast<V>(-0.5f);
   const V magnitude = rest < V{} ? -rest : rest;
-  const auto corrected = (magnitude == broadcast<V>(0.5f)) & (lost != V{});
-  return toInteger<T>(corrected ? product + half : near);
+  const auto falseTie = (magnitude == broadcast<V>(0.5f)) & (lost != V{});
+  return toInteger<T, RoundNear>(falseTie ? product + half : product);
 }
 
 template <class T>
