@@ -52,7 +52,8 @@ OVKS_INLINE V cosine(V x) {
   const V r = fma(n, middle, r0);
   const V low = fma(n, broadcast<V>(0x1.f1976b7ed8fbcp-110), fma(n, middle, r0 - r));
   const V z = r * r, zLow = fma(r, r, -z) + broadcast<V>(2) * r * low;
-  const V value = (quarter & broadcast<I>(1)) != 0 ? detail::sineReduced(r, low, z, zLow) : detail::cosineReduced(z, zLow);
+  const V value =
+      (quarter & broadcast<I>(1)) != 0 ? detail::sineReduced(r, low, z, zLow) : detail::cosineReduced(z, zLow);
   return bits<V>(bits<I>(value) ^ ((quarter + broadcast<I>(1)) & broadcast<I>(2)) << 62);
 }
 

@@ -80,19 +80,20 @@ struct Stretch {
   uint32_t* values() { return memory + 16; }
 
   // The next n values; between() is called after each vector of them. The borrow is the sign of x2 - x3 unless the
-  // other 31 bits of that are zero: predicted so, it is off the chain from value to value, and the rare stretch where it
-  // may be wrong is made again.
+  // other 31 bits of that are zero: predicted so, it is off the chain from value to value, and the rare stretch where
+  // it may be wrong is made again.
   template <class F>
   OVKS_INLINE void fill(Engine& engine, int n, F between) {
-    const Engine before = engine;
-    begin(engine);
+    Engine e = engine;  // stays in registers
+    begin(e);
     int i = 0;
     for (; i + kValues <= n; i += kValues) {
-      predicted(engine, i);
+      predicted(e, i);
       between();
     }
-    for (; i < n; ++i) values()[i] = engine.step();
-    if (mayBeWrong(n)) [[unlikely]] refill(engine, before, n);
+    for (; i < n; ++i) values()[i] = e.step();
+    if (mayBeWrong(n)) [[unlikely]] refill(engine, n);
+    else engine = e;
   }
 
  private:
@@ -133,9 +134,8 @@ struct Stretch {
     return any(zero);
   }
 
-  [[gnu::noinline]] void refill(Engine& engine, Engine before, int n) {
-    for (int i = 0; i < n; ++i) values()[i] = before.step();
-    engine = before;
+  [[gnu::noinline]] void refill(Engine& engine, int n) {
+    for (int i = 0; i < n; ++i) values()[i] = engine.step();
   }
 };
 
@@ -146,35 +146,35 @@ struct Stretch {
 template <class F>
 void generate(Engine& engine, std::ptrdiff_t n, F emit) {
   using namespace detail;
+  constexpr std::integral_constant<int, kValues> kWhole;
   Stretch stretches[2];
   Congruential congruential(engine.lcg);
+  Values lcg;
   std::ptrdiff_t emitted = 0;
-  uint32_t* waiting = nullptr;
-  int done = 0, size = 0;
-  const auto give = [&] {
-    const Values lcg = congruential.next();
-    const int count = std::min(kValues, size - done);
-    emit(bits<Signed<Values>>(load<Values>(waiting + done) + lcg), emitted, count);
-    done += count;
+  uint32_t *waiting = nullptr, *end = nullptr;
+  const auto give = [&](auto count) {
+    lcg = congruential.next();
+    emit(bits<Signed<Values>>(load<Values>(waiting) + lcg), emitted, count);
+    waiting += count;
     emitted += count;
-    if (emitted == n) {
-      uint32_t lanes[kValues];
-      store(lanes, lcg);
-      engine.lcg = lanes[count - 1];
-    }
   };
-  for (std::ptrdiff_t made = 0; made < n; made += size) {
+  for (std::ptrdiff_t made = 0; made < n;) {
     Stretch& next = stretches[made / Stretch::kSize % 2];
-    const int nextSize = static_cast<int>(std::min<std::ptrdiff_t>(n - made, Stretch::kSize));
-    next.fill(engine, nextSize, [&] {
-      if (done < size) give();
+    const int size = static_cast<int>(std::min<std::ptrdiff_t>(n - made, Stretch::kSize));
+    next.fill(engine, size, [&] {
+      if (waiting != end) give(kWhole);
     });
-    while (done < size) give();
+    while (waiting != end) give(kWhole);
     waiting = next.values();
-    size = nextSize;
-    done = 0;
+    end = waiting + size;
+    made += size;
   }
-  while (done < size) give();
+  while (end - waiting >= kValues) give(kWhole);
+  const int rest = static_cast<int>(end - waiting);
+  if (rest > 0) give(rest);
+  uint32_t lanes[kValues];
+  store(lanes, lcg);
+  engine.lcg = lanes[rest > 0 ? rest - 1 : kValues - 1];
 }
 
 }  // namespace ovks

@@ -17,7 +17,7 @@ struct State {
   uint32_t seed;
   T mean, stdDev;
   Engine engine;
-  int32_t pending;    // 1 when no deviate is kept
+  int32_t pending;     // 1 when no deviate is kept
   double deviates[3];  // the kept one, and two that are not used
 };
 static_assert(sizeof(State<uint8_t>) <= 64 && sizeof(State<int16_t>) <= 64);
@@ -55,8 +55,7 @@ constexpr Orders kOrders = [] {
 struct Selection {
   unsigned mask;
 
-  explicit Selection(Vec<int64_t> lanes)
-      : mask(static_cast<unsigned>(_mm256_movemask_pd(bits<__m256d>(lanes)))) {}
+  explicit Selection(Vec<int64_t> lanes) : mask(static_cast<unsigned>(_mm256_movemask_pd(bits<__m256d>(lanes)))) {}
   int count() const { return __builtin_popcount(mask); }
   OVKS_INLINE V operator()(V v) const {
     return bits<V>(_mm256_permutevar8x32_epi32(bits<__m256i>(v), load<__m256i>(kOrders.lanes[mask])));

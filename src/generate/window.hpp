@@ -2,8 +2,8 @@
 // What all windows share: symmetric weights applied to elements of every type, and the entries.
 //
 // A shape makes values in index order by `template <int n> Vec<double, n> next()`: recurrences and polynomials run in
-// 64f. They are rounded to the type of the weights, which is 32f for 16s, 16sc, 32f and 32fc elements; `weights(values)`
-// makes the weights of them.
+// 64f. They are rounded to the type of the weights, which is 32f for 16s, 16sc, 32f and 32fc elements;
+// `weights(values)` makes the weights of them.
 #pragma once
 
 #include <cmath>

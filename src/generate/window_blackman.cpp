@@ -54,9 +54,9 @@ class SquaredCosine {
   double factor_, current_, previous_;
 };
 
-// Weights k = 0 .. len - 1, four at a time, go to elements k and then to their mirror images; an element keeps its later
-// write. Below the centre those are the weights of the other half, whose chain runs on from the first half's. The four
-// that hold the centre write both an element and its image, and there the image comes later.
+// Weights k = 0 .. len - 1, four at a time, go to elements k and then to their mirror images; an element keeps its
+// later write. Below the centre those are the weights of the other half, whose chain runs on from the first half's. The
+// four that hold the centre write both an element and its image, and there the image comes later.
 template <class T>
 void apply(Windowing<T> windowing, Alpha<T> alpha) {
   constexpr int kGroup = 4;

@@ -45,7 +45,7 @@ TEST(Exp, IsWithinItsBound) {
 }
 
 TEST(Exp, TakesEveryArgument) {
-  const double inf = HUGE_VAL, cases[][2] = {{0, 1},      {-0.0, 1},  {inf, inf}, {-inf, 0},           {710, inf},
+  const double inf = HUGE_VAL, cases[][2] = {{0, 1},       {-0.0, 1},   {inf, inf}, {-inf, 0},   {710, inf},
                                              {1e300, inf}, {-1e300, 0}, {-746, 0},  {1e-300, 1}, {-745, 0x1p-1074}};
   for (const auto& c : cases) EXPECT_EQ(exp(broadcast<V>(c[0]))[0], c[1]) << c[0];
   EXPECT_TRUE(std::isnan(exp(broadcast<V>(NAN))[0]));

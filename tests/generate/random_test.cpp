@@ -206,7 +206,8 @@ TEST(Random, GoldenValues) {
   std::fesetround(FE_TONEAREST);
   ASSERT_EQ(status, StatusOk);
   const float uniformValues[] = {0x1.da5b26p-1f, 0x1.8fd0a8p-4f, 0x1.190a12p-3f, 0x1.3d79c8p-1f};
-  const double gaussValues[] = {-0x1.19a35e7fe628dp+0, -0x1.54ed0a3c9ecf6p-3, -0x1.b99238c4fd91ep-2, 0x1.2e1b0ea364d2fp+0};
+  const double gaussValues[] = {-0x1.19a35e7fe628dp+0, -0x1.54ed0a3c9ecf6p-3, -0x1.b99238c4fd91ep-2,
+                                0x1.2e1b0ea364d2fp+0};
   for (int i = 0; i < 4; ++i) {
     EXPECT_EQ(a[i < 3 ? i : 999], uniformValues[i]);
     EXPECT_EQ(z[i < 3 ? i : 999], gaussValues[i]);

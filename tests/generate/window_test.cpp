@@ -242,22 +242,28 @@ TEST(Window, Bartlett) {
 TEST(Window, Blackman) {
   for (const float a : {-0.16f, 0.3f, -7.0f}) {
     const double d = a;
-    checkTypes<Blackman, 3>(
-        make_tuple(ovksWinBlackman_16s, ovksWinBlackman_16s_I, a), make_tuple(ovksWinBlackman_16sc, ovksWinBlackman_16sc_I, a),
-        make_tuple(ovksWinBlackman_32f, ovksWinBlackman_32f_I, a), make_tuple(ovksWinBlackman_32fc, ovksWinBlackman_32fc_I, a),
-        make_tuple(ovksWinBlackman_64f, ovksWinBlackman_64f_I, d), make_tuple(ovksWinBlackman_64fc, ovksWinBlackman_64fc_I, d));
+    checkTypes<Blackman, 3>(make_tuple(ovksWinBlackman_16s, ovksWinBlackman_16s_I, a),
+                            make_tuple(ovksWinBlackman_16sc, ovksWinBlackman_16sc_I, a),
+                            make_tuple(ovksWinBlackman_32f, ovksWinBlackman_32f_I, a),
+                            make_tuple(ovksWinBlackman_32fc, ovksWinBlackman_32fc_I, a),
+                            make_tuple(ovksWinBlackman_64f, ovksWinBlackman_64f_I, d),
+                            make_tuple(ovksWinBlackman_64fc, ovksWinBlackman_64fc_I, d));
   }
 }
 
 TEST(Window, BlackmanStdAndOpt) {
-  checkTypes<BlackmanStd, 3>(
-      make_tuple(ovksWinBlackmanStd_16s, ovksWinBlackmanStd_16s_I), make_tuple(ovksWinBlackmanStd_16sc, ovksWinBlackmanStd_16sc_I),
-      make_tuple(ovksWinBlackmanStd_32f, ovksWinBlackmanStd_32f_I), make_tuple(ovksWinBlackmanStd_32fc, ovksWinBlackmanStd_32fc_I),
-      make_tuple(ovksWinBlackmanStd_64f, ovksWinBlackmanStd_64f_I), make_tuple(ovksWinBlackmanStd_64fc, ovksWinBlackmanStd_64fc_I));
-  checkTypes<BlackmanOpt, 4>(
-      make_tuple(ovksWinBlackmanOpt_16s, ovksWinBlackmanOpt_16s_I), make_tuple(ovksWinBlackmanOpt_16sc, ovksWinBlackmanOpt_16sc_I),
-      make_tuple(ovksWinBlackmanOpt_32f, ovksWinBlackmanOpt_32f_I), make_tuple(ovksWinBlackmanOpt_32fc, ovksWinBlackmanOpt_32fc_I),
-      make_tuple(ovksWinBlackmanOpt_64f, ovksWinBlackmanOpt_64f_I), make_tuple(ovksWinBlackmanOpt_64fc, ovksWinBlackmanOpt_64fc_I));
+  checkTypes<BlackmanStd, 3>(make_tuple(ovksWinBlackmanStd_16s, ovksWinBlackmanStd_16s_I),
+                             make_tuple(ovksWinBlackmanStd_16sc, ovksWinBlackmanStd_16sc_I),
+                             make_tuple(ovksWinBlackmanStd_32f, ovksWinBlackmanStd_32f_I),
+                             make_tuple(ovksWinBlackmanStd_32fc, ovksWinBlackmanStd_32fc_I),
+                             make_tuple(ovksWinBlackmanStd_64f, ovksWinBlackmanStd_64f_I),
+                             make_tuple(ovksWinBlackmanStd_64fc, ovksWinBlackmanStd_64fc_I));
+  checkTypes<BlackmanOpt, 4>(make_tuple(ovksWinBlackmanOpt_16s, ovksWinBlackmanOpt_16s_I),
+                             make_tuple(ovksWinBlackmanOpt_16sc, ovksWinBlackmanOpt_16sc_I),
+                             make_tuple(ovksWinBlackmanOpt_32f, ovksWinBlackmanOpt_32f_I),
+                             make_tuple(ovksWinBlackmanOpt_32fc, ovksWinBlackmanOpt_32fc_I),
+                             make_tuple(ovksWinBlackmanOpt_64f, ovksWinBlackmanOpt_64f_I),
+                             make_tuple(ovksWinBlackmanOpt_64fc, ovksWinBlackmanOpt_64fc_I));
 }
 
 TEST(Window, Kaiser) {
