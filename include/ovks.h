@@ -5,6 +5,7 @@
 #define OVKS_H
 
 #include "ovks/core.h"
+#include "ovks/generate.h"
 #include "ovks/stats.h"
 #include "ovks/transform.h"
 #include "ovks/types.h"
