@@ -5,6 +5,7 @@
 #define OVKS_H
 
 #include "ovks/core.h"
+#include "ovks/sort.h"
 #include "ovks/types.h"
 #include "ovks/vector.h"
 
