@@ -56,11 +56,10 @@ OVKS_INLINE To bits(From v) {
   return __builtin_bit_cast(To, v);
 }
 
+// x in every lane. Scalar operands of vector operators are spread, and what is left of this difference is that.
 template <class V>
 OVKS_INLINE V broadcast(Lane<V> x) {
-  V v;
-  for (int i = 0; i < lanes<V>; ++i) v[i] = x;
-  return v;
+  return x - V{};
 }
 
 template <class V>
@@ -110,14 +109,17 @@ OVKS_INLINE To extend(From v) {
   }
 }
 
-// Fewer bytes than a vector's.
+// Fewer bytes than a whole vector's.
+template <std::size_t whole>
 OVKS_INLINE void copyShort(char* dst, const char* src, std::ptrdiff_t bytes) {
   const auto move = [&]<class M>(M piece) {
-    if (!(bytes & std::ptrdiff_t{sizeof(M)})) return;
-    piece = load<M>(src);
-    store(dst, piece);
-    src += sizeof(M);
-    dst += sizeof(M);
+    if constexpr (sizeof(M) < whole) {
+      if (!(bytes & std::ptrdiff_t{sizeof(M)})) return;
+      piece = load<M>(src);
+      store(dst, piece);
+      src += sizeof(M);
+      dst += sizeof(M);
+    }
   };
   move(RawVec<16>{});
   move(int64_t{});
@@ -140,7 +142,7 @@ OVKS_INLINE V loadPart(const Lane<V>* p, std::ptrdiff_t n) {
     return low<V>(v);
   } else {
     V v{};
-    copyShort(reinterpret_cast<char*>(&v), reinterpret_cast<const char*>(p), n * size);
+    copyShort<sizeof(V)>(reinterpret_cast<char*>(&v), reinterpret_cast<const char*>(p), n * size);
     return v;
   }
 }
@@ -157,7 +159,7 @@ OVKS_INLINE void storePart(Lane<V>* p, V v, std::ptrdiff_t n) {
     if constexpr (size == 4) _mm512_mask_storeu_epi32(p, static_cast<__mmask16>(mask), wide);
     if constexpr (size == 8) _mm512_mask_storeu_epi64(p, static_cast<__mmask8>(mask), wide);
   } else {
-    copyShort(reinterpret_cast<char*>(p), reinterpret_cast<const char*>(&v), n * size);
+    copyShort<sizeof(V)>(reinterpret_cast<char*>(p), reinterpret_cast<const char*>(&v), n * size);
   }
 }
 
@@ -187,6 +189,35 @@ OVKS_INLINE V fmaSubAdd(V a, V b, V c) {
   } else {
     if constexpr (sizeof(T) == 4) return _mm256_fmaddsub_ps(a, b, c);
     else return _mm256_fmaddsub_pd(a, b, c);
+  }
+}
+
+// a < b ? a : b and a > b ? a : b, so b where either is NaN. Of integers the compilers see it by themselves.
+template <class V>
+OVKS_INLINE V smaller(V a, V b) {
+  using T = Lane<V>;
+  if constexpr (std::is_integral_v<T>) {
+    return a < b ? a : b;
+  } else if constexpr (sizeof(V) == 64) {
+    if constexpr (sizeof(T) == 4) return _mm512_min_ps(a, b);
+    else return _mm512_min_pd(a, b);
+  } else {
+    if constexpr (sizeof(T) == 4) return _mm256_min_ps(a, b);
+    else return _mm256_min_pd(a, b);
+  }
+}
+
+template <class V>
+OVKS_INLINE V larger(V a, V b) {
+  using T = Lane<V>;
+  if constexpr (std::is_integral_v<T>) {
+    return a > b ? a : b;
+  } else if constexpr (sizeof(V) == 64) {
+    if constexpr (sizeof(T) == 4) return _mm512_max_ps(a, b);
+    else return _mm512_max_pd(a, b);
+  } else {
+    if constexpr (sizeof(T) == 4) return _mm256_max_ps(a, b);
+    else return _mm256_max_pd(a, b);
   }
 }
 

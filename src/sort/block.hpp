@@ -48,7 +48,7 @@ OVKS_INLINE V loadRow(const Lane<V>* p, std::ptrdiff_t n, V rest) {
     if (n >= lanes<V>) return load<V>(p);
     if (n <= 0) return rest;
     const V valid = detail::laneNumbers<V>() < broadcast<V>(static_cast<Lane<V>>(n));
-    return valid ? loadSome<V>(p, n) : rest;
+    return valid ? loadPart<V>(p, n) : rest;
   }
 }
 
@@ -71,7 +71,7 @@ OVKS_INLINE void storeRow(Lane<V>* p, V v, std::ptrdiff_t n) {
     if (n >= lanes<V>) {
       store(p, v);
     } else if (n > 0) {
-      storeSome(p, v, n);
+      storePart(p, v, n);
     }
   }
 }

@@ -6,16 +6,16 @@
 
 namespace ovks::sort {
 
-// Parts of vectors that may be shorter than a register.
-template <class V>
-OVKS_INLINE V loadSome(const Lane<V>* p, std::ptrdiff_t n) {
-  if constexpr (sizeof(V) >= 16) return loadPart<V>(p, n);
-  else return low<V>(loadPart<Vec<Lane<V>, 16 / sizeof(Lane<V>)>>(p, n));
-}
-template <class V>
-OVKS_INLINE void storeSome(Lane<V>* p, V v, std::ptrdiff_t n) {
-  if constexpr (sizeof(V) >= 16) storePart(p, v, n);
-  else storePart(p, extend<Vec<Lane<V>, 16 / sizeof(Lane<V>)>>(v), n);
+// Lanes of another width. gcc takes detours where one instruction does.
+template <class To, class From>
+OVKS_INLINE To resize(From v) {
+  constexpr int to = sizeof(Lane<To>), from = sizeof(Lane<From>);
+  if constexpr (!kAvx512 || (sizeof(To) < 64 && sizeof(From) < 64)) return __builtin_convertvector(v, To);
+  else if constexpr (from == 4 && to == 8) return bits<To>(_mm512_cvtepi32_epi64(bits<__m256i>(v)));
+  else if constexpr (from == 8 && to == 4) return bits<To>(_mm512_cvtepi64_epi32(bits<__m512i>(v)));
+  else if constexpr (from == 2 && to == 4) return bits<To>(_mm512_cvtepi16_epi32(bits<__m256i>(v)));
+  else if constexpr (from == 4 && to == 2) return bits<To>(_mm512_cvtepi32_epi16(bits<__m512i>(v)));
+  else return __builtin_convertvector(v, To);
 }
 
 template <class K>

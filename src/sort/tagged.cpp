@@ -56,12 +56,11 @@ void sortPacked(const K* key, int32_t* word, std::ptrdiff_t n, const Order<K>& o
   constexpr std::ptrdiff_t L = lanes<V>;
   using Narrow = Vec<K, L>;
   const auto pack = [&](Narrow x, std::ptrdiff_t i) {
-    return __builtin_convertvector(order.key(x), V) << 16 |
-           (detail::laneNumbers<V>() + broadcast<V>(static_cast<int32_t>(i)));
+    return resize<V>(order.key(x)) << 16 | (detail::laneNumbers<V>() + broadcast<V>(static_cast<int32_t>(i)));
   };
   std::ptrdiff_t i = 0;
   for (; i + L <= n; i += L) store(word + i, pack(load<Narrow>(key + i), i));
-  if (i < n) storePart(word + i, pack(loadSome<Narrow>(key + i, n - i), i), n - i);
+  if (i < n) storePart(word + i, pack(loadPart<Narrow>(key + i, n - i), i), n - i);
   sortValues(word, n, Order<int32_t>{});
 }
 
@@ -72,7 +71,7 @@ void unpack(K* key, int32_t* word, std::ptrdiff_t n, const Order<K>& order) {
   constexpr std::ptrdiff_t L = lanes<V>;
   using Narrow = Vec<K, L>;
   const V position = broadcast<V>(kMostPacked - 1);
-  const auto element = [&](V v) { return order.element(__builtin_convertvector(v >> 16, Narrow)); };
+  const auto element = [&](V v) { return order.element(resize<Narrow>(v >> 16)); };
   std::ptrdiff_t i = 0;
   for (; i + L <= n; i += L) {
     const V v = load<V>(word + i);
@@ -81,7 +80,7 @@ void unpack(K* key, int32_t* word, std::ptrdiff_t n, const Order<K>& order) {
   }
   if (i < n) {
     const V v = loadPart<V>(word + i, n - i);
-    storeSome(key + i, element(v), n - i);
+    storePart(key + i, element(v), n - i);
     storePart(word + i, v & position, n - i);
   }
 }

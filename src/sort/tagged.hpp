@@ -52,7 +52,7 @@ OVKS_INLINE bool any(Vec<int64_t, L> mask) {
 template <int L>
 OVKS_INLINE Vec<int64_t, L> loadTags(const int32_t* tag, std::ptrdiff_t from, std::ptrdiff_t n, bool fresh) {
   if (fresh) return detail::laneNumbers<Vec<int64_t, L>>() + broadcast<Vec<int64_t, L>>(from);
-  return __builtin_convertvector(loadRow<Vec<int32_t, L>>(tag + from, n - from, Vec<int32_t, L>{}), Vec<int64_t, L>);
+  return resize<Vec<int64_t, L>>(loadRow<Vec<int32_t, L>>(tag + from, n - from, Vec<int32_t, L>{}));
 }
 
 // Key and position in one lane, key above: for keys of up to 32 bits.
@@ -65,14 +65,14 @@ template <int R, int L, class K>
   V v[R];
   unroll<R>([&](auto r) __attribute__((always_inline)) {
     const Narrow k = in.key(loadRow<Narrow>(key + r * L, n - r * L, Narrow{}));
-    const V packed = __builtin_convertvector(k, V) << 32 | loadTags<L>(tag, r * L, n, fresh);
+    const V packed = resize<V>(k) << 32 | loadTags<L>(tag, r * L, n, fresh);
     v[r] = detail::laneNumbers<V>() < broadcast<V>(n - r * L) ? packed : broadcast<V>(last);
   });
   sortRows<L>(v);
   unroll<R>([&](auto r) __attribute__((always_inline)) {
     constexpr int rank = rankOf<R, L>(r);
-    storeRow<Narrow>(key + rank, out.element(__builtin_convertvector(v[r] >> 32, Narrow)), n - rank);
-    storeRow<Vec<int32_t, L>>(tag + rank, __builtin_convertvector(v[r], Vec<int32_t, L>), n - rank);
+    storeRow<Narrow>(key + rank, out.element(resize<Narrow>(v[r] >> 32)), n - rank);
+    storeRow<Vec<int32_t, L>>(tag + rank, resize<Vec<int32_t, L>>(v[r]), n - rank);
   });
 }
 
@@ -112,7 +112,7 @@ template <int R, int L>
   unroll<R>([&](auto r) __attribute__((always_inline)) {
     constexpr int rank = rankOf<R, L>(r);
     storeRow<V>(key + rank, out.element(v[r].key), n - rank);
-    storeRow<Vec<int32_t, L>>(tag + rank, __builtin_convertvector(v[r].tag, Vec<int32_t, L>), n - rank);
+    storeRow<Vec<int32_t, L>>(tag + rank, resize<Vec<int32_t, L>>(v[r].tag), n - rank);
   });
 }
 

@@ -30,10 +30,8 @@ void sortFewBytes(int8_t* p, std::ptrdiff_t n, const Order<int8_t>& order) {
   using Wide = Vec<int16_t>;
   constexpr std::ptrdiff_t L = lanes<V>;
   int16_t words[kBlock<int16_t>];
-  const auto widen = [&](V v) { return __builtin_convertvector(order.key(v), Wide); };
-  const auto narrow = [&](std::ptrdiff_t i) {
-    return order.element(__builtin_convertvector(load<Wide>(words + i), V));
-  };
+  const auto widen = [&](V v) { return resize<Wide>(order.key(v)); };
+  const auto narrow = [&](std::ptrdiff_t i) { return order.element(resize<V>(load<Wide>(words + i))); };
   std::ptrdiff_t i = 0;
   for (; i + L <= n; i += L) store(words + i, widen(load<V>(p + i)));
   if (i < n) store(words + i, widen(loadPart<V>(p + i, n - i)));

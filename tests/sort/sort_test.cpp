@@ -80,14 +80,19 @@ TYPED_TEST(Sort, ShortLengths) {
 
 // Lengths around each change of method.
 TYPED_TEST(Sort, LongLengths) {
-  for (const int n : {511, 777, 2047, 2048, 4095, 4097, 20000, 65536, 65537, 150001}) {
+  for (const int n : {511, 777, 2047, 2048, 4095, 4097, 20000, 65536, 65537}) {
     this->expectSorted(n);
     if (this->HasFatalFailure()) return;
   }
 }
 
 // Pivots that keep missing the middle, often enough for the guard against quadratic time to take over.
-TYPED_TEST(Sort, AMillionElementsOfEveryKind) { this->expectSorted(1500000); }
+TYPED_TEST(Sort, AMillionElements) {
+  for (const Input<TypeParam>& input : inputs<TypeParam>(1500000, this->random_)) {
+    if (std::string_view(input.name) != "nested majorities" && std::string_view(input.name) != "any bits") continue;
+    this->expectSorted(input.v, true);
+  }
+}
 
 TYPED_TEST(Sort, EverySortGivesTheSameValues) {
   for (const int n : {100, 5000, 300000}) {
