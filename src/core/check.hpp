@@ -6,13 +6,12 @@
 
 namespace ovks {
 
-// Pointers come first, in parameter order, and all give the same status, so one branch settles the good case.
+// Pointers come first, in parameter order, and all give the same status, so their order does not show.
 template <class... P>
 inline Status check(int len, const P*... pointers) {
   if (((pointers != nullptr) & ...) & (len > 0)) [[likely]]
     return StatusOk;
-  const bool null = ((pointers == nullptr) | ...);
-  return null ? StatusNullPtr : StatusBadSize;
+  return (pointers && ...) ? StatusBadSize : StatusNullPtr;
 }
 
 }  // namespace ovks

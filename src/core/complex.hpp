@@ -31,12 +31,16 @@ OVKS_INLINE V duplicate(H v) {
 // re = fma(a.re, b.re, -(a.im b.im)), im = fma(a.re, b.im, a.im b.re)
 template <class V>
 OVKS_INLINE V complexProduct(V a, V b) {
+  a = inRegister(a);
+  b = inRegister(b);
   return fmaSubAdd(dupReal(a), b, dupImag(a) * swapParts(b));
 }
 
 // c + a b, the products fused with the sum one after the other.
 template <class V>
 OVKS_INLINE V complexProductSum(V a, V b, V c) {
+  a = inRegister(a);
+  b = inRegister(b);
   return fmaSubAdd(dupReal(a), b, fmaSubAdd(dupImag(a), swapParts(b), c));
 }
 

@@ -41,18 +41,22 @@ OVKS_INLINE const Real<T>* reals(const T* p) {
 template <class T, int n>
 using Elements = Vec<Real<T>, n * parts<T>>;
 
-// One element repeated.
+// One element repeated, converted to the lanes' type.
 template <class V, class T>
 OVKS_INLINE V repeat(T x) {
-  V v;
-  for (int i = 0; i < lanes<V>; ++i) {
-    if constexpr (isComplex<T>) {
-      v[i] = i % 2 ? x.im : x.re;
-    } else {
-      v[i] = x;
+  using R = Lane<V>;
+  if constexpr (isComplex<T> && std::is_same_v<R, Real<T>> && sizeof(T) <= 8) {
+    using Both = std::conditional_t<sizeof(T) == 8, uint64_t, uint32_t>;
+    return bits<V>(broadcast<Vec<Both, sizeof(V) / sizeof(Both)>>(bits<Both>(x)));
+  } else if constexpr (isComplex<T>) {
+    const Vec<R, 2> pair = {static_cast<R>(x.re), static_cast<R>(x.im)};
+    return [&]<std::size_t... i>(std::index_sequence<i...>) {
+      return __builtin_shufflevector(pair, pair, static_cast<int>(i % 2)...);
     }
+    (std::make_index_sequence<lanes<V>>{});
+  } else {
+    return broadcast<V>(static_cast<R>(x));
   }
-  return v;
 }
 
 }  // namespace ovks

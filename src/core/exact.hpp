@@ -47,7 +47,7 @@ OVKS_INLINE V saturatedDifference(V a, V b) {
   using T = Lane<V>;
   using R = RawVec<sizeof(V)>;
   if constexpr (std::is_unsigned_v<T>) {
-    return (a > b ? a : b) - b;
+    return larger(a, b) - b;
   } else if constexpr (sizeof(V) == 64 && sizeof(T) == 2) {
     return bits<V>(_mm512_subs_epi16(bits<R>(a), bits<R>(b)));
   } else if constexpr (sizeof(V) == 32 && sizeof(T) == 2) {
@@ -71,7 +71,8 @@ OVKS_INLINE V throughWide(V a, F f) {
 // a + b. The lanes hold the sum's half and its lowest bit, so that no wider lanes are needed.
 template <class V>
 struct ExactSum {
-  static constexpr int kMaxShift = 8 * sizeof(Lane<V>);
+  static constexpr int kBits = 8 * sizeof(Lane<V>);
+  static constexpr int kMaxShift = kBits + std::is_unsigned_v<Lane<V>>;
   static constexpr int kQuickShift = 1;
   V a, b;
 
@@ -83,8 +84,14 @@ struct ExactSum {
   }
 
   OVKS_INLINE V scaledDown(int s) const {
-    if constexpr (sizeof(Lane<V>) == 1) return throughWide(s);
-    else return roundHalves(half(), odd(), s - 1);
+    if constexpr (sizeof(Lane<V>) == 1) {
+      return throughWide(s);
+    } else {
+      if constexpr (std::is_unsigned_v<Lane<V>>) {
+        if (s > kBits) return half() + odd() > broadcast<V>(Lane<V>{1} << (kBits - 1)) ? broadcast<V>(1) : V{};
+      }
+      return roundHalves(half(), odd(), s - 1);
+    }
   }
 
  private:
@@ -109,8 +116,13 @@ struct ExactDifference {
   OVKS_INLINE V saturated() const { return detail::saturatedDifference(a, b); }
 
   OVKS_INLINE V scaledDown(Quick<1>) const {
-    if constexpr (sizeof(Lane<V>) == 1) return throughWide(1);
-    else return half() + (half() & odd());
+    if constexpr (sizeof(Lane<V>) == 1) {
+      return throughWide(1);
+    } else {
+      // The greatest half stays: rounded up, it would leave the lanes.
+      const V greatest = broadcast<V>(std::numeric_limits<Lane<V>>::max());
+      return half() + (half() == greatest ? V{} : half() & odd());
+    }
   }
 
   OVKS_INLINE V scaledDown(int s) const {

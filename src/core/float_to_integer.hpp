@@ -14,7 +14,8 @@ namespace ovks {
 class DefaultFloatControl {
  public:
   DefaultFloatControl() : callers_(_mm_getcsr()) {
-    _mm_setcsr(0x1f80);
+    constexpr unsigned kDefault = 0x1f80, kFlags = 0x3f;
+    if ((callers_ & ~kFlags) != kDefault) _mm_setcsr(kDefault);
     asm volatile("" ::: "memory");
   }
   ~DefaultFloatControl() {
@@ -55,28 +56,44 @@ OVKS_INLINE V roundTo(V v) {
   return whole + (rest <= broadcast<V>(-0.5f) ? broadcast<V>(-1) : up);
 }
 
-// An integral value as T, saturated; NaN gives 0.
-template <class T, class V>
+namespace detail {
+
+// The nearest 32-bit integers, ties to even, under the default control.
+template <class V>
+OVKS_INLINE auto nearest(V v) {
+  using R = Vec<int32_t, lanes<V>>;
+  if constexpr (sizeof(V) == 64) {
+    if constexpr (lanes<V> == 16) return bits<R>(_mm512_cvtps_epi32(v));
+    else return bits<R>(_mm512_cvtpd_epi32(v));
+  } else {
+    if constexpr (lanes<V> == 8) return bits<R>(_mm256_cvtps_epi32(v));
+    else return bits<R>(_mm256_cvtpd_epi32(v));
+  }
+}
+
+}  // namespace detail
+
+// Rounded to T under the default control, saturated; NaN gives 0.
+template <class T, RoundMode mode, class V>
 OVKS_INLINE auto toInteger(V v) {
   using L = std::numeric_limits<T>;
   using F = Lane<V>;
+  v = v == v ? v : V{};
   if constexpr (sizeof(T) == 8) {
     constexpr F kEnd = 0x1p63;
-    v = v == v ? v : V{};
     using R = Vec<T, lanes<V>>;
+    v = roundTo<mode>(v);
     const R inside = v < broadcast<V>(-kEnd) ? broadcast<R>(L::min()) : __builtin_convertvector(v, R);
     return v >= broadcast<V>(kEnd) ? broadcast<R>(L::max()) : inside;
   } else {
     const V max = broadcast<V>(static_cast<F>(L::max())), min = broadcast<V>(static_cast<F>(L::min()));
-    v = v == v ? v : V{};
-    v = v > max ? max : v;
-    v = v < min ? min : v;
-    return convert<T>(convert<int32_t>(v));
+    v = larger(min, smaller(max, v));
+    if constexpr (mode == RoundNear) return convert<T>(detail::nearest(v));
+    else return convert<T>(convert<int32_t>(roundTo<mode>(v)));
   }
 }
 
-// 2^-scaleFactor in two factors, neither of which leaves the normal range; as much as makes every float vanish or
-// saturate.
+// v * 2^-scaleFactor, for factors up to what makes every value vanish or saturate.
 template <class V>
 class PowerOfTwo {
  public:
@@ -84,12 +101,13 @@ class PowerOfTwo {
 
   explicit PowerOfTwo(int scaleFactor) {
     constexpr int kLimit = sizeof(F) == 4 ? 250 : 2040;
-    const int s = scaleFactor < -kLimit ? -kLimit : scaleFactor > kLimit ? kLimit : scaleFactor;
-    first_ = broadcast<V>(power(-s / 2));
-    second_ = broadcast<V>(power(-s - -s / 2));
+    exponent_ = scaleFactor < -kLimit ? kLimit : scaleFactor > kLimit ? -kLimit : -scaleFactor;
   }
 
-  OVKS_INLINE V operator()(V v) const { return v * first_ * second_; }
+  OVKS_INLINE V operator()(V v) const {
+    // Two factors, so that neither leaves the normal range.
+    return v * broadcast<V>(power(exponent_ / 2)) * broadcast<V>(power(exponent_ - exponent_ / 2));
+  }
 
  private:
   static F power(int exponent) {
@@ -97,7 +115,7 @@ class PowerOfTwo {
     else return bits<double>(int64_t{exponent + 1023} << 52);
   }
 
-  V first_, second_;
+  int exponent_;
 };
 
 }  // namespace ovks

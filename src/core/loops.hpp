@@ -27,76 +27,88 @@ struct Map {
   using Out = Elements<D, N>;
   static constexpr bool kStreams = sizeof(Out) >= 16;
 
-  F& f;
-  D* dst;
-
-  OVKS_INLINE Out at([[maybe_unused]] std::ptrdiff_t i, const S*... src) const {
+  OVKS_INLINE static Out at(F f, [[maybe_unused]] std::ptrdiff_t i, const S*... src) {
     return f(load<Elements<S, N>>(src + i)...);
   }
 
-  OVKS_INLINE void part(std::ptrdiff_t i, std::ptrdiff_t n, const S*... src) const {
+  OVKS_INLINE static void part(F f, D* dst, std::ptrdiff_t i, std::ptrdiff_t n, const S*... src) {
     const Out r = f(loadPart<Elements<S, N>>(reals(src + i), n * parts<S>)...);
     storePart(reals(dst + i), r, n * parts<D>);
   }
 
   template <std::size_t... u>
-  OVKS_INLINE void block(std::index_sequence<u...>, std::ptrdiff_t i, const S*... src) const {
-    const Out r[] = {at(i + std::ptrdiff_t{u} * N, src...)...};
+  OVKS_INLINE static void block(std::index_sequence<u...>, F f, D* dst, std::ptrdiff_t i, const S*... src) {
+    const Out r[] = {at(f, i + std::ptrdiff_t{u} * N, src...)...};
     (store(dst + i + u * N, r[u]), ...);
   }
 
-  // Elements to go until dst stands at a vector boundary; -1 when it never does.
-  OVKS_INLINE std::ptrdiff_t misaligned() const {
-    const std::size_t bytes = -reinterpret_cast<std::uintptr_t>(dst) % sizeof(Out);
-    return bytes % sizeof(D) ? -1 : static_cast<std::ptrdiff_t>(bytes / sizeof(D));
-  }
-
-  OVKS_INLINE void run(std::ptrdiff_t n, const S*... src) const {
+  OVKS_INLINE static void run(F f, const S*... src, D* dst, std::ptrdiff_t n) {
     constexpr int kUnroll = 4;
-    if (n < N) return part(0, n, src...);
     const std::ptrdiff_t rest = n % N;
     Out last;
-    if constexpr (!kAvx512) last = at(n - N, src...);
+    if constexpr (!kAvx512) last = at(f, n - N, src...);
     std::ptrdiff_t i = 0;
-    for (; i + kUnroll * N <= n; i += kUnroll * N) block(std::make_index_sequence<kUnroll>{}, i, src...);
-    for (; i + N <= n; i += N) store(dst + i, at(i, src...));
+    for (; i + kUnroll * N <= n; i += kUnroll * N) block(std::make_index_sequence<kUnroll>{}, f, dst, i, src...);
+    for (; i + N <= n; i += N) store(dst + i, at(f, i, src...));
     if (rest == 0) return;
     if constexpr (kAvx512) {
-      part(i, rest, src...);
+      part(f, dst, i, rest, src...);
     } else {
       store(dst + n - N, last);
     }
   }
 
-  // For results larger than the caches, apart from every source.
-  [[gnu::noinline]] void runStreaming(std::ptrdiff_t n, const S*... src) const {
-    std::ptrdiff_t i = misaligned();
-    if (i > 0) part(0, i, src...);
-    if constexpr (kStreams) {
-      for (; i + N <= n; i += N) stream(dst + i, at(i, src...));
-    }
-    if (i < n) part(i, n - i, src...);
+  // Elements to go until dst stands at a vector boundary; -1 when it never does.
+  static std::ptrdiff_t misaligned(const D* dst) {
+    const std::size_t bytes = -reinterpret_cast<std::uintptr_t>(dst) % sizeof(Out);
+    return bytes % sizeof(D) ? -1 : static_cast<std::ptrdiff_t>(bytes / sizeof(D));
+  }
+
+  // For large results: past the caches where they exceed them, lie apart from every source, and can be aligned.
+  [[gnu::noinline]] static void runLarge(F f, const S*... src, D* dst, std::ptrdiff_t n) {
+    const bool apart = (true & ... & (static_cast<const void*>(src) != static_cast<const void*>(dst)));
+    std::ptrdiff_t i = misaligned(dst);
+    if (!apart || i < 0 || !exceedsCache(n * std::ptrdiff_t{sizeof(D)})) return run(f, src..., dst, n);
+    if (i > 0) part(f, dst, 0, i, src...);
+    for (; i + N <= n; i += N) stream(dst + i, at(f, i, src...));
+    if (i < n) part(f, dst, i, n - i, src...);
     _mm_sfence();
   }
+
+  OVKS_INLINE static void runAny(F f, const S*... src, D* dst, std::ptrdiff_t n) {
+    if constexpr (kStreams) {
+      if (n * std::ptrdiff_t{sizeof(D)} > kStreamingAbove) [[unlikely]]
+        return runLarge(f, src..., dst, n);
+    }
+    run(f, src..., dst, n);
+  }
+
+  // Apart from the short case, which so needs no stack frame.
+  [[gnu::noinline]] static Status runLong(F f, const S*... src, D* dst, int len) {
+    runAny(f, src..., dst, len);
+    return StatusOk;
+  }
+
+  OVKS_INLINE static bool isShort(std::ptrdiff_t n) { return n < N || (kAvx512 && n == N); }
 };
 
 }  // namespace detail
 
-// map with elements few enough for one vector of C's.
+// map with elements few enough for one vector of C's, for an f with state, which stays in registers.
 template <class C, class F, class D, class... S>
-OVKS_INLINE void mapAs(F&& f, D* dst, std::ptrdiff_t n, const S*... src) {
-  const detail::Map<std::remove_reference_t<F>, C, D, S...> loop{f, dst};
-  if (loop.kStreams && n * std::ptrdiff_t{sizeof(D)} > kStreamingAbove) [[unlikely]] {
-    const bool apart = (true & ... & (static_cast<const void*>(src) != static_cast<const void*>(dst)));
-    if (apart && loop.misaligned() >= 0 && exceedsCache(n * std::ptrdiff_t{sizeof(D)}))
-      return loop.runStreaming(n, src...);
-  }
-  loop.run(n, src...);
+OVKS_INLINE void mapInline(F f, D* dst, std::ptrdiff_t n, const S*... src) {
+  using Loop = detail::Map<F, C, D, S...>;
+  if (Loop::isShort(n)) return Loop::part(f, dst, 0, n, src...);
+  Loop::runAny(f, src..., dst, n);
 }
 
+// Gives StatusOk, so that an entry can end in it. f is copied: what it holds should be small.
 template <class F, class D, class... S>
-OVKS_INLINE void map(F&& f, D* dst, std::ptrdiff_t n, const S*... src) {
-  mapAs<D>(f, dst, n, src...);
+OVKS_INLINE Status map(F f, D* dst, int len, const S*... src) {
+  using Loop = detail::Map<F, D, D, S...>;
+  if (!Loop::isShort(len)) return Loop::runLong(f, src..., dst, len);
+  Loop::part(f, dst, 0, len, src...);
+  return StatusOk;
 }
 
 }  // namespace ovks

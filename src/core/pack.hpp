@@ -45,12 +45,8 @@ struct Pair {
 template <class T, class W>
 OVKS_INLINE W clamp(W v) {
   using L = std::numeric_limits<T>;
-  const W max = broadcast<W>(L::max());
-  v = v > max ? max : v;
-  if constexpr (std::is_signed_v<Lane<W>>) {
-    const W min = broadcast<W>(L::min());
-    v = v < min ? min : v;
-  }
+  v = smaller(v, broadcast<W>(L::max()));
+  if constexpr (std::is_signed_v<Lane<W>>) v = larger(v, broadcast<W>(L::min()));
   return v;
 }
 

@@ -128,7 +128,8 @@ OVKS_INLINE void copyShort(char* dst, const char* src, std::ptrdiff_t bytes) {
   move(int8_t{});
 }
 
-// The first n lanes from memory, 0 < n < lanes<V>, the others zero. Reads nothing beyond.
+// The first n lanes from memory, 0 < n < lanes<V> (on AVX-512 also all), the others zero. Reads nothing
+// beyond.
 template <class V>
 OVKS_INLINE V loadPart(const Lane<V>* p, std::ptrdiff_t n) {
   constexpr int size = sizeof(Lane<V>);
@@ -147,7 +148,7 @@ OVKS_INLINE V loadPart(const Lane<V>* p, std::ptrdiff_t n) {
   }
 }
 
-// The first n lanes to memory, 0 < n < lanes<V>. Writes nothing beyond.
+// The first n lanes to memory, 0 < n < lanes<V> (on AVX-512 also all). Writes nothing beyond.
 template <class V>
 OVKS_INLINE void storePart(Lane<V>* p, V v, std::ptrdiff_t n) {
   constexpr int size = sizeof(Lane<V>);
@@ -161,6 +162,13 @@ OVKS_INLINE void storePart(Lane<V>* p, V v, std::ptrdiff_t n) {
   } else {
     copyShort<sizeof(V)>(reinterpret_cast<char*>(p), reinterpret_cast<const char*>(&v), n * size);
   }
+}
+
+// v, loaded once: keeps the compiler from repeating a load inside every instruction that uses it.
+template <class V>
+OVKS_INLINE V inRegister(V v) {
+  asm("" : "+v"(v));
+  return v;
 }
 
 // One rounding for a * b + c.

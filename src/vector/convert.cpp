@@ -20,9 +20,8 @@ template <RoundMode mode, class S, class D>
 Status convertRounded(const S* pSrc, D* pDst, int len, int scaleFactor) {
   using V = Vec<S, detail::step<S, D>>;
   const DefaultFloatControl control;
-  const auto f = [scaled = PowerOfTwo<V>(scaleFactor)](auto v) { return toInteger<D>(roundTo<mode>(scaled(v))); };
-  map(f, pDst, len, pSrc);
-  return StatusOk;
+  const auto f = [scaled = PowerOfTwo<V>(scaleFactor)](auto v) { return toInteger<D, mode>(scaled(v)); };
+  return map(f, pDst, len, pSrc);
 }
 
 template <class S, class D>

@@ -68,7 +68,7 @@ class IntegerQuotient {
     } else {
       quotient = scaled_(c) / a;
     }
-    return toInteger<Real<D>>(roundTo<mode>(quotient));
+    return toInteger<Real<D>, mode>(quotient);
   }
 
   bool metZero() const { return any(zeros_); }
@@ -142,20 +142,22 @@ constexpr auto kSources = [](auto& q) { return [&q](auto a, auto c) { return q(a
 template <class C>
 auto constantDivisor(C val) {
   return [val](auto& q) {
-    return [&q, a = repeat<typename std::remove_reference_t<decltype(q)>::V>(val)](auto c) { return q(a, c); };
+    using V = typename std::remove_reference_t<decltype(q)>::V;
+    return [&q, val](auto c) { return q(repeat<V>(val), c); };
   };
 }
 
 template <class C>
 auto constantDividend(C val) {
   return [val](auto& q) {
-    return [&q, c = repeat<typename std::remove_reference_t<decltype(q)>::V>(val)](auto a) { return q(a, c); };
+    using V = typename std::remove_reference_t<decltype(q)>::V;
+    return [&q, val](auto a) { return q(a, repeat<V>(val)); };
   };
 }
 
 template <class Q, class Form, class D, class... S>
 Status divideBy(Q q, Form form, D* pDst, int len, const S*... src) {
-  mapAs<typename Q::Work>(form(q), pDst, len, src...);
+  mapInline<typename Q::Work>(form(q), pDst, len, src...);
   return q.metZero() ? StatusDivByZero : StatusOk;
 }
 

@@ -65,11 +65,10 @@ Status multiplyToInteger(const S* pSrc, F val, D* pDst, int len, int scaleFactor
   if (const Status s = check(len, pSrc, pDst)) return s;
   using V = Elements<F, detail::step<D, S, F>>;
   const DefaultFloatControl control;
-  const auto f = [c = broadcast<V>(val), scaled = PowerOfTwo<V>(scaleFactor)](auto v) {
-    return toInteger<D>(roundTo<RoundNear>(scaled(convert<F>(v) * c)));
+  const auto f = [val, scaled = PowerOfTwo<V>(scaleFactor)](auto v) {
+    return toInteger<D, RoundNear>(scaled(convert<F>(v) * broadcast<V>(val)));
   };
-  map(f, pDst, len, pSrc);
-  return StatusOk;
+  return map(f, pDst, len, pSrc);
 }
 
 Status multiplyLow(const float* pSrc, float val, int16_t* pDst, int len) {

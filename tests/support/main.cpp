@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <ctime>
 #include <string_view>
 
 #include "ovks.h"
@@ -11,6 +12,7 @@ int main(int argc, char** argv) {
   constexpr int kSkipped = 77;
   constexpr std::string_view kOption = "--level=";
   testing::InitGoogleTest(&argc, argv);
+  if (GTEST_FLAG_GET(random_seed) == 0) GTEST_FLAG_SET(random_seed, static_cast<int>(std::time(nullptr) % 99999 + 1));
   const std::string_view loaded = ovksGetLibVersion()->targetCpu;
   for (int i = 1; i < argc; ++i) {
     const std::string_view argument = argv[i];
@@ -20,6 +22,6 @@ int main(int argc, char** argv) {
     std::printf("level %s was asked for, the loader took %s\n", wanted.data(), loaded.data());
     return wanted == "n0" && !__builtin_cpu_supports("avx512f") ? kSkipped : 1;
   }
-  std::printf("level %s, seed %d\n", loaded.data(), testing::UnitTest::GetInstance()->random_seed());
+  std::printf("level %s, --gtest_random_seed=%d\n", loaded.data(), GTEST_FLAG_GET(random_seed));
   return RUN_ALL_TESTS();
 }

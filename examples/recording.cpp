@@ -1,0 +1,112 @@
+// SPDX-License-Identifier: MIT
+// Sends a recording through the library: gain, fades and an echo. Writes out/recording.wav and out/recording.svg, and
+// prints what each step took beside a plain loop that does the same.
+//
+//   demo [file.wav | --generated]
+#include <ovks.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+#include <string_view>
+
+#include "source.hpp"
+#include "steps.hpp"
+#include "svg.hpp"
+
+namespace {
+
+using demo::Signal, demo::Step;
+
+struct Nanoseconds {
+  double library, plain;  // per sample
+};
+
+double median(std::vector<double> values) {
+  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+  std::nth_element(values.begin(), middle, values.end());
+  return *middle;
+}
+
+template <class F>
+double nanoseconds(F call) {
+  const auto start = std::chrono::steady_clock::now();
+  call();
+  return std::chrono::duration<double, std::nano>(std::chrono::steady_clock::now() - start).count();
+}
+
+bool equal(const Signal& a, const Signal& b) {
+  return std::equal(a.pcm.begin(), a.pcm.end(), b.pcm.begin()) &&
+         std::equal(a.echo.begin(), a.echo.end(), b.echo.begin()) &&
+         std::memcmp(a.wave.data(), b.wave.data(), sizeof(float) * static_cast<std::size_t>(a.wave.size())) == 0;
+}
+
+// Takes the signal one step further. Each run begins with the same samples, and both ways take turns.
+Nanoseconds take(const Step& step, Signal& signal) {
+  constexpr int kEffort = 50'000'000;  // samples
+  const int runs = std::clamp(kEffort / signal.length, 5, 301);
+  const Signal before = signal;
+  Signal expected = signal;
+  std::vector<double> library, plain;
+  for (int i = 0; i < runs; ++i) {
+    Status status = StatusOk;
+    signal = before;
+    library.push_back(nanoseconds([&] { status = step.library(signal); }));
+    if (status != StatusOk) throw std::runtime_error(std::string(step.call) + " returned " + std::to_string(status));
+    expected = before;
+    plain.push_back(nanoseconds([&] { step.plain(expected); }));
+  }
+  if (!equal(signal, expected)) throw std::runtime_error(std::string(step.call) + " differs from the plain loop");
+  return {median(library) / step.samples, median(plain) / step.samples};
+}
+
+wav::Recording process(const wav::Recording& recording) {
+  Signal signal(recording);
+  std::printf("\n%-18s %-24s %10s %14s %8s\n", "step", "call", "ns/sample", "a plain loop", "ratio");
+  for (const Step& step : demo::steps(signal)) {
+    const Nanoseconds ns = take(step, signal);
+    std::printf("%-18s %-24s %10.3f %14.3f %7.1fx\n", step.name, step.call, ns.library, ns.plain,
+                ns.plain / ns.library);
+  }
+  return {recording.rate, recording.channels, {signal.pcm.begin(), signal.pcm.end()}};
+}
+
+void run(std::string_view argument) {
+  std::string name(argument);
+  if (name.empty()) name = demo::packagedRecording();
+  const bool generated = name.empty() || name == "--generated";
+  const wav::Recording recording = generated ? demo::generatedRecording() : wav::read(name);
+  if (generated) name = "a generated signal";
+  std::printf("%s: %.2f s, %d Hz, %s\n", name.c_str(), recording.seconds(), recording.rate,
+              recording.channels == 1 ? "mono" : "stereo");
+  const LibraryVersion& version = *ovksGetLibVersion();
+  std::printf("%s %s\n", version.Name, version.Version);
+
+  const wav::Recording result = process(recording);
+  const std::filesystem::path folder = "out";
+  std::filesystem::create_directories(folder);
+  wav::write(folder / "recording.wav", result);
+  std::ofstream drawing(folder / "recording.svg");
+  drawing << svg::waveforms({{"before: " + name, recording}, {"after: gain, fades, echo", result}});
+  if (!drawing.flush()) throw std::runtime_error("cannot write out/recording.svg");
+  std::printf("\nEvery step gave what its plain loop gives, to the bit.\nout/recording.wav, out/recording.svg\n");
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc > 2) {
+    std::fprintf(stderr, "usage: demo [file.wav | --generated]\n");
+    return 2;
+  }
+  try {
+    run(argc == 2 ? argv[1] : "");
+  } catch (const std::exception& e) {
+    std::fprintf(stderr, "demo: %s\n", e.what());
+    return 1;
+  }
+}

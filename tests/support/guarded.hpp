@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+// Memory between inaccessible pages: a touch outside a buffer faults, or shows in the bytes around it.
+#pragma once
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <new>
+
+namespace ovks::test {
+
+// Where a buffer lies: its end so many bytes below the upper guard, or its start so many above the lower one.
+struct Place {
+  bool atEnd = false;
+  std::size_t offset = 0;
+};
+
+class Guarded {
+ public:
+  static constexpr std::size_t kMargin = 128;  // bytes watched on either side, and the largest offset
+
+  explicit Guarded(std::size_t capacity) {
+    page_ = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    size_ = (capacity + kMargin + page_ - 1) / page_ * page_;
+    void* p = mmap(nullptr, size_ + 2 * page_, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (p == MAP_FAILED) throw std::bad_alloc();
+    begin_ = static_cast<std::byte*>(p) + page_;
+    if (mprotect(begin_, size_, PROT_READ | PROT_WRITE) != 0) throw std::bad_alloc();
+  }
+  Guarded(Guarded&& other) noexcept : page_(other.page_), size_(other.size_), begin_(other.begin_) {
+    other.begin_ = nullptr;
+  }
+  ~Guarded() {
+    if (begin_) munmap(begin_ - page_, size_ + 2 * page_);
+  }
+
+  // A copy of n bytes at the place, which any alignment of the elements may have.
+  std::byte* put(Place place, const void* bytes, std::size_t n) {
+    first_ = place.atEnd ? begin_ + size_ - n - place.offset : begin_ + place.offset;
+    last_ = first_ + n;
+    std::memset(low(), kCanary, static_cast<std::size_t>(first_ - low()));
+    std::memset(last_, kCanary, static_cast<std::size_t>(high() - last_));
+    return static_cast<std::byte*>(std::memcpy(first_, bytes, n));
+  }
+
+  // Whether the bytes around the copy are as they were.
+  bool intact() const {
+    const auto untouched = [](std::byte b) { return b == std::byte{kCanary}; };
+    return std::all_of(low(), first_, untouched) && std::all_of(last_, high(), untouched);
+  }
+
+ private:
+  static constexpr unsigned char kCanary = 0xc3;
+
+  std::byte* low() const { return first_ - std::min<std::ptrdiff_t>(kMargin, first_ - begin_); }
+  std::byte* high() const { return last_ + std::min<std::ptrdiff_t>(kMargin, begin_ + size_ - last_); }
+
+  std::size_t page_, size_;
+  std::byte *begin_, *first_ = nullptr, *last_ = nullptr;
+};
+
+}  // namespace ovks::test

@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: MIT
+// Numbers to compute expected results with.
+#pragma once
+
+#include <climits>
+#include <cmath>
+#include <limits>
+#include <type_traits>
+
+#include "ovks/types.h"
+
+namespace ovks::test {
+
+template <class T>
+concept ComplexElement = requires(T z) {
+  z.re;
+};
+
+// numerator / denominator * 2^exponent, exactly. Sums and products are of integers.
+struct Exact {
+  __int128 numerator = 0, denominator = 1;
+  int exponent = 0;
+  int leastFactor = INT_MIN;  // below it, scaling saturates by the sign
+
+  Exact() = default;
+  template <class T>
+  requires std::is_integral_v<T> || std::is_same_v<T, __int128>
+  constexpr Exact(T x) : numerator(x) {}
+  // NaN counts as 0, infinity as more than any integer.
+  template <std::floating_point T>
+  explicit Exact(T x) {
+    if (std::isnan(x)) return;
+    int e = 1 << 20;
+    numerator = std::isinf(x) ? (x > 0 ? 1 : -1) : static_cast<__int128>(std::ldexp(std::frexp(x, &e), 64));
+    exponent = e - 64;
+  }
+
+  friend Exact operator+(Exact a, Exact b) { return a.numerator + b.numerator; }
+  friend Exact operator-(Exact a, Exact b) { return a.numerator - b.numerator; }
+  friend Exact operator*(Exact a, Exact b) { return a.numerator * b.numerator; }
+  bool isZero() const { return numerator == 0; }
+
+  // Times 2^-scaleFactor, rounded to an integer, saturated.
+  template <class T>
+  T rounded(int scaleFactor, RoundMode mode) const {
+    const __int128 r = rounded(scaleFactor, mode);
+    using L = std::numeric_limits<T>;
+    return r > L::max() ? L::max() : r < L::min() ? L::min() : static_cast<T>(r);
+  }
+
+ private:
+  __int128 rounded(int scaleFactor, RoundMode mode) const {
+    using U = unsigned __int128;
+    constexpr U kHuge = U{1} << 100;
+    const bool negative = (numerator < 0) != (denominator < 0);
+    const U n = static_cast<U>(numerator < 0 ? -numerator : numerator);
+    const U d = static_cast<U>(denominator < 0 ? -denominator : denominator);
+    U whole = n / d, rest = n % d;
+    long long shift = static_cast<long long>(exponent) - scaleFactor;
+    if (n != 0 && scaleFactor < leastFactor) whole = kHuge;
+    for (; shift > 0 && n != 0 && whole < kHuge; --shift) {
+      whole = 2 * whole + (2 * rest >= d);
+      rest = 2 * rest >= d ? 2 * rest - d : 2 * rest;
+    }
+    int half = 2 * rest > d ? 1 : 2 * rest == d ? 0 : -1;  // the fraction beside one half
+    if (shift <= -128) {
+      whole = 0;
+      half = -1;
+    } else if (shift < 0) {
+      const U tie = U{1} << (-shift - 1), fraction = whole & (2 * tie - 1);
+      half = fraction > tie || (fraction == tie && rest) ? 1 : fraction == tie ? 0 : -1;
+      whole >>= -shift;
+    }
+    if (mode == RoundNear) whole += half > 0 || (half == 0 && whole % 2);
+    else if (mode != RoundZero) whole += half >= 0;
+    const auto magnitude = static_cast<__int128>(whole < kHuge ? whole : kHuge);
+    return negative ? -magnitude : magnitude;
+  }
+};
+
+// A value known to a bound; a bound of infinity accepts everything. NaN and infinity stand for themselves.
+struct Near {
+  long double value, bound;
+};
+
+template <class T>
+struct Complex {
+  T re, im;
+
+  friend Complex operator+(Complex a, Complex b) { return {a.re + b.re, a.im + b.im}; }
+  friend Complex operator-(Complex a, Complex b) { return {a.re - b.re, a.im - b.im}; }
+  friend Complex operator*(Complex a, Complex b) { return {a.re * b.re - a.im * b.im, a.re * b.im + a.im * b.re}; }
+  friend Complex operator*(T a, Complex b) { return {a * b.re, a * b.im}; }
+  bool isZero() const { return re.isZero() && im.isZero(); }
+};
+
+// A result that makes the call return a status; an error makes it write nothing.
+template <class R>
+struct WithStatus {
+  R value;
+  Status status;
+};
+
+}  // namespace ovks::test
