@@ -41,6 +41,17 @@ struct LastPairs {
   }
 };
 
+// Whole 128-bit chunks: the first of the two given, then the second, from each of two vectors.
+template <int first, int second>
+struct Chunks {
+  template <class V>
+  static constexpr int lane(int i) {
+    constexpr int E = 16 / sizeof(Lane<V>), half = lanes<V> / 2;
+    const int chunk = i % half / E ? second : first;
+    return chunk * E + i % E + (i >= half ? lanes<V> : 0);
+  }
+};
+
 }  // namespace detail
 
 // Two vectors into one, lane i taken from F's lane i.
@@ -48,6 +59,39 @@ template <class F, class V>
 OVKS_INLINE V shuffle2(V a, V b) {
   return detail::shuffled<F>(a, b, std::make_integer_sequence<int, lanes<V>>{});
 }
+
+// The low halves of two vectors, and the high ones. A vector of one chunk is not halved.
+template <class V>
+struct Halves {
+  V low, high;
+};
+template <class V>
+OVKS_INLINE Halves<V> halvesOf(V a, V b) {
+  using namespace detail;
+  if constexpr (sizeof(V) == 16) return {a, b};
+  else if constexpr (sizeof(V) == 32) return {shuffle2<Chunks<0, 0>>(a, b), shuffle2<Chunks<1, 1>>(a, b)};
+  else return {shuffle2<Chunks<0, 1>>(a, b), shuffle2<Chunks<2, 3>>(a, b)};
+}
+// The same from memory, where the halves come together as they are loaded.
+template <class V>
+OVKS_INLINE V loadTogether(const Lane<V>* a, const Lane<V>* b) {
+  if constexpr (sizeof(V) == 64) {
+    return bits<V>(_mm512_inserti64x4(_mm512_castsi256_si512(load<__m256i>(a)), load<__m256i>(b), 1));
+  } else {
+    return bits<V>(_mm256_inserti128_si256(_mm256_castsi128_si256(load<__m128i>(a)), load<__m128i>(b), 1));
+  }
+}
+template <class V>
+OVKS_INLINE Halves<V> loadHalves(const Lane<V>* a, const Lane<V>* b) {
+  constexpr int half = lanes<V> / 2;
+  return {loadTogether<V>(a, b), loadTogether<V>(a + half, b + half)};
+}
+
+// The halves of two rows.
+template <class V>
+struct ComplexHalves {
+  Halves<V> re, im;
+};
 
 // Points as the caller stores them.
 template <class T>
@@ -91,29 +135,54 @@ struct Split {
   }
 };
 
-// Rows of one vector of real and one of imaginary parts, row i of either i * step elements from its first. They lie in
-// the work buffer, or in the destination itself in the room of as many points.
+// Rows of one vector of real and one of imaginary parts, side by side: in the work buffer, or in the room that as many
+// interleaved points have.
 template <class V>
 struct Rows {
-  using T = Lane<V>;
-  T *re, *im;
-  std::ptrdiff_t step;
+  using Vector = V;
+  Lane<V>* p;
 
-  OVKS_INLINE Complex<V> get(std::ptrdiff_t i) const { return {load<V>(re + i * step), load<V>(im + i * step)}; }
-  OVKS_INLINE void put(std::ptrdiff_t i, Complex<V> x) const {
-    store(re + i * step, x.re);
-    store(im + i * step, x.im);
+  OVKS_INLINE Complex<V> get(std::ptrdiff_t i) const {
+    return {load<V>(p + i * 2 * lanes<V>), load<V>(p + i * 2 * lanes<V> + lanes<V>)};
   }
-  OVKS_INLINE Rows from(std::ptrdiff_t i) const { return {re + i * step, im + i * step, step}; }
+  OVKS_INLINE void put(std::ptrdiff_t i, Complex<V> x) const {
+    store(p + i * 2 * lanes<V>, x.re);
+    store(p + i * 2 * lanes<V> + lanes<V>, x.im);
+  }
+  OVKS_INLINE ComplexHalves<V> halves(std::ptrdiff_t i, std::ptrdiff_t j) const {
+    const Lane<V>*a = p + i * 2 * lanes<V>, *b = p + j * 2 * lanes<V>;
+    return {loadHalves<V>(a, b), loadHalves<V>(a + lanes<V>, b + lanes<V>)};
+  }
+  OVKS_INLINE Rows from(std::ptrdiff_t i) const { return {p + i * 2 * lanes<V>}; }
 };
 
+// Rows in two arrays.
+template <class V>
+struct SplitRows {
+  using Vector = V;
+  Lane<V>*re, *im;
+
+  OVKS_INLINE Complex<V> get(std::ptrdiff_t i) const {
+    return {load<V>(re + i * lanes<V>), load<V>(im + i * lanes<V>)};
+  }
+  OVKS_INLINE void put(std::ptrdiff_t i, Complex<V> x) const {
+    store(re + i * lanes<V>, x.re);
+    store(im + i * lanes<V>, x.im);
+  }
+  OVKS_INLINE ComplexHalves<V> halves(std::ptrdiff_t i, std::ptrdiff_t j) const {
+    return {loadHalves<V>(re + i * lanes<V>, re + j * lanes<V>), loadHalves<V>(im + i * lanes<V>, im + j * lanes<V>)};
+  }
+  OVKS_INLINE SplitRows from(std::ptrdiff_t i) const { return {re + i * lanes<V>, im + i * lanes<V>}; }
+};
+
+// The rows in the room of a transform's points.
 template <class V>
 OVKS_INLINE Rows<V> rowsIn(Interleaved<Lane<V>> a) {
-  return {a.p, a.p + lanes<V>, 2 * lanes<V>};
+  return {a.p};
 }
 template <class V>
-OVKS_INLINE Rows<V> rowsIn(Split<Lane<V>> a) {
-  return {a.re, a.im, lanes<V>};
+OVKS_INLINE SplitRows<V> rowsIn(Split<Lane<V>> a) {
+  return {a.re, a.im};
 }
 
 // The caller's points a vector at a time, as if they were rows.

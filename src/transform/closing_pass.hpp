@@ -41,12 +41,15 @@ struct TileTwiddleProducts {
 };
 
 // Tile g of m rows, the first of which is given; step j of its spectrum goes to out.put at first + j * outStep.
-template <Direction D, bool scale, class V, class Twiddles, class Out>
-OVKS_INLINE void closeTile(Rows<V> tile, std::ptrdiff_t step, std::ptrdiff_t g, Twiddles twiddles, Out out,
+template <Direction D, bool scale, class RowSet, class Twiddles, class Out, class V = typename RowSet::Vector>
+OVKS_INLINE void closeTile(RowSet tile, std::ptrdiff_t step, std::ptrdiff_t g, Twiddles twiddles, Out out,
                            std::ptrdiff_t first, std::ptrdiff_t outStep, Lane<V> factor) {
   const V f = splat<V>(factor);
   acrossLanes<D, V>(
-      [&](auto r) __attribute__((always_inline)) { return tile.get(bitReversed(r, log2OfPower(lanes<V>)) * step); },
+      [&](auto r, auto s) __attribute__((always_inline)) {
+        constexpr int bits = log2OfPower(lanes<V>);
+        return tile.halves(bitReversed(r, bits) * step, bitReversed(s, bits) * step);
+      },
       [&](auto l, Complex<V> x)
           __attribute__((always_inline)) { return twiddles.template turn<D, decltype(l)::value>(g, x); },
       [&](auto j, Complex<V> x) __attribute__((always_inline)) {
@@ -76,7 +79,7 @@ template <Direction D, bool scale, class V, class Twiddles, class Points>
                                           Lane<V> factor) {
   using T = Lane<V>;
   constexpr int L = lanes<V>;
-  const Rows<V> rows = rowsIn<V>(dst);
+  const auto rows = rowsIn<V>(dst);
   alignas(64) T scratch[2 * L * L];
   const Split<T> held = {scratch, scratch + L * L};
   for (std::ptrdiff_t g = 0; g < m / L; ++g) {

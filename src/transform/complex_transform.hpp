@@ -27,31 +27,32 @@ struct TwiddleLayout {
   }
 };
 
-template <Direction D, class V>
-void blocksPass(int bits, Rows<V> rows, std::ptrdiff_t m, std::ptrdiff_t blocks, const Lane<V>* w) {
+template <Direction D, class RowSet, class T>
+void blocksPass(int bits, RowSet rows, std::ptrdiff_t m, std::ptrdiff_t blocks, const T* w) {
   if (bits == 2) blocksPass<D, 4>(rows, m, blocks, w);
   else if (bits == 3) blocksPass<D, 8>(rows, m, blocks, w);
   else blocksPass<D, 16>(rows, m, blocks, w);
 }
 
-template <Direction D, class V, class In>
-void firstPass(int bits, In in, Rows<V> out, std::ptrdiff_t m) {
+template <Direction D, class In, class Out>
+void firstPass(int bits, In in, Out out, std::ptrdiff_t m) {
   if (bits == 2) firstPass<D, 4>(in, out, m);
   else if (bits == 3) firstPass<D, 8>(in, out, m);
   else firstPass<D, 16>(in, out, m);
 }
 
 // The passes over columns but the first, on blocks of rows.
-template <Direction D, class V>
+template <Direction D, class RowSet>
 class Columns {
  public:
-  using T = Lane<V>;
+  using V = typename RowSet::Vector;
 
-  Columns(const Passes& passes, const T* twiddles) : passes_(passes), twiddles_(twiddles) {}
+  Columns(const Passes& passes, const Lane<V>* twiddles) : passes_(passes), twiddles_(twiddles) {}
 
   // From pass s on, n blocks of m rows each from the given one of `blocks` in all.
-  void run(int s, Rows<V> rows, std::ptrdiff_t m, std::ptrdiff_t block, std::ptrdiff_t n, std::ptrdiff_t blocks) const {
-    if (n > 1 && n * m * std::ptrdiff_t{2 * sizeof(V)} > kCacheBlock) {
+  void run(int s, RowSet rows, std::ptrdiff_t m, std::ptrdiff_t block, std::ptrdiff_t n, std::ptrdiff_t blocks) const {
+    const bool fits = n * m * std::ptrdiff_t{2 * sizeof(V)} <= kCacheBlock;
+    if (n > 1 && !fits) {
       for (std::ptrdiff_t b = 0; b < n; ++b) run(s, rows.from(b * m), m, block + b, 1, blocks);
       return;
     }
@@ -60,13 +61,13 @@ class Columns {
       const std::ptrdiff_t set = 2 * ((1 << bits) - 1);
       blocksPass<D>(bits, rows, m, n, twiddles_ + columnTwiddles(blocks, passes_.bits[0]) + block * set);
       m >>= bits, n <<= bits, block <<= bits, blocks <<= bits;
-      if (n * m * std::ptrdiff_t{2 * sizeof(V)} > kCacheBlock) return run(s + 1, rows, m, block, n, blocks);
+      if (!fits) return run(s + 1, rows, m, block, n, blocks);
     }
   }
 
  private:
   const Passes& passes_;
-  const T* twiddles_;
+  const Lane<V>* twiddles_;
 };
 
 template <class T>
@@ -83,13 +84,13 @@ template <Direction D, class V, class Points>
 void inCache(const Job<Lane<V>>& job, Points src, Points dst) {
   using T = Lane<V>;
   const std::ptrdiff_t m = (std::ptrdiff_t{1} << job.order) / lanes<V>;
-  const Passes passes = passesOf<T>(job.order);
+  const Passes& passes = passesOf<T>(job.order);
   const TwiddleLayout<T> layout(job.order);
   const Rows<V> rows = rowsIn<V>(Interleaved<T>{job.work});
   const int bits = passes.bits[0];
   firstPass<D>(bits, PointRows<V, Points>{src}, rows, m);
   const std::ptrdiff_t blocks = std::ptrdiff_t{1} << bits;
-  Columns<D, V>(passes, job.twiddles + layout.columns).run(1, rows, m >> bits, 0, blocks, blocks);
+  Columns<D, Rows<V>>(passes, job.twiddles + layout.columns).run(1, rows, m >> bits, 0, blocks, blocks);
   const TileTwiddles<V> twiddles = {job.twiddles};
   if (job.scale) closingPass<D, true>(rows, dst, m, twiddles, job.bitReversal, job.factor);
   else closingPass<D, false>(rows, dst, m, twiddles, job.bitReversal, T(1));
@@ -97,8 +98,8 @@ void inCache(const Job<Lane<V>>& job, Points src, Points dst) {
 
 // The first two passes, of radix 16 both, through the work buffer: 512 bytes of each of 256 rows at a time, so that
 // memory is read and written once.
-template <Direction D, class V, class Points>
-void firstTwoPasses(Points src, Rows<V> dst, std::ptrdiff_t m, const Lane<V>* twiddles, Lane<V>* work) {
+template <Direction D, class V, class Points, class RowSet>
+void firstTwoPasses(Points src, RowSet dst, std::ptrdiff_t m, const Lane<V>* twiddles, Lane<V>* work) {
   constexpr std::ptrdiff_t kWide = 512 / (2 * sizeof(V));
   const Rows<V> buffer = rowsIn<V>(Interleaved<Lane<V>>{work});
   const PointRows<V, Points> rows = {src};
@@ -116,15 +117,15 @@ template <Direction D, class V, class Points>
 void large(const Job<Lane<V>>& job, Points src, Points dst) {
   using T = Lane<V>;
   const std::ptrdiff_t m = (std::ptrdiff_t{1} << job.order) / lanes<V>;
-  const Passes passes = passesOf<T>(job.order);
+  const Passes& passes = passesOf<T>(job.order);
   const TwiddleLayout<T> layout(job.order);
   const T* columns = job.twiddles + layout.columns;
-  const Rows<V> rows = rowsIn<V>(dst);
+  const auto rows = rowsIn<V>(dst);
   const int outer = outerBits<T>(job.order);
   if (outer == 4) firstPass<D, 16>(PointRows<V, Points>{src}, rows, m);
-  else firstTwoPasses<D>(src, rows, m, columns, job.work);
+  else firstTwoPasses<D, V>(src, rows, m, columns, job.work);
   const std::ptrdiff_t blocks = std::ptrdiff_t{1} << outer;
-  Columns<D, V>(passes, columns).run(outer / 4, rows, m >> outer, 0, blocks, blocks);
+  Columns<D, decltype(rowsIn<V>(dst))>(passes, columns).run(outer / 4, rows, m >> outer, 0, blocks, blocks);
   const TileTwiddleProducts<V> twiddles = {job.twiddles + layout.tiles, job.twiddles};
   if (job.scale) closingPassInPlace<D, true, V>(dst, m, twiddles, job.bitReversal, job.factor);
   else closingPassInPlace<D, false, V>(dst, m, twiddles, job.bitReversal, T(1));

@@ -44,30 +44,31 @@ OVKS_INLINE Complex<V> turnBy(Complex<V> x, const Lane<V>* w) {
 
 // n butterflies of radix R side by side: points j at rows j * inStep on from in, spectrum in bit-reversed order at
 // rows j * outStep on from out. w holds R - 1 twiddles; the first pass has none.
-template <Direction D, int R, bool twiddles, class V, class In>
-OVKS_INLINE void butterflies(In in, std::ptrdiff_t inStep, Rows<V> out, std::ptrdiff_t outStep, std::ptrdiff_t n,
-                             const Lane<V>* w) {
+template <Direction D, int R, bool twiddles, class In, class Out>
+OVKS_INLINE void butterflies(In in, std::ptrdiff_t inStep, Out out, std::ptrdiff_t outStep, std::ptrdiff_t n,
+                             const Lane<typename Out::Vector>* w) {
+  using X = Complex<typename Out::Vector>;
   for (std::ptrdiff_t i = 0; i < n; ++i) {
     butterfly<D, R>(
         [&](auto j) __attribute__((always_inline)) {
-          const Complex<V> x = in.get(i + j * inStep);
+          const X x = in.get(i + j * inStep);
           if constexpr (twiddles && decltype(j)::value > 0) return turnBy<D>(x, w + 2 * (j - 1));
           else return x;
         },
-        [&](auto k, Complex<V> x)
-            __attribute__((always_inline)) { out.put(i + bitReversed(k, log2OfPower(R)) * outStep, x); });
+        [&](auto k, X x) __attribute__((always_inline)) { out.put(i + bitReversed(k, log2OfPower(R)) * outStep, x); });
   }
 }
 
 // The first pass, from the caller's points into m rows.
-template <Direction D, int R, class V, class In>
-[[gnu::noinline]] void firstPass(In in, Rows<V> out, std::ptrdiff_t m) {
-  butterflies<D, R, false>(in, m / R, out, m / R, m / R, static_cast<const Lane<V>*>(nullptr));
+template <Direction D, int R, class In, class Out>
+[[gnu::noinline]] void firstPass(In in, Out out, std::ptrdiff_t m) {
+  butterflies<D, R, false>(in, m / R, out, m / R, m / R, nullptr);
 }
 
 // One pass over blocks of m rows each, in place, with a set of twiddles for each.
-template <Direction D, int R, class V>
-[[gnu::noinline]] void blocksPass(Rows<V> rows, std::ptrdiff_t m, std::ptrdiff_t blocks, const Lane<V>* w) {
+template <Direction D, int R, class RowSet>
+[[gnu::noinline]] void blocksPass(RowSet rows, std::ptrdiff_t m, std::ptrdiff_t blocks,
+                                  const Lane<typename RowSet::Vector>* w) {
   if (m == R) {
     for (std::ptrdiff_t b = 0; b < blocks; ++b, w += 2 * (R - 1), rows = rows.from(R))
       butterflies<D, R, true>(rows, 1, rows, 1, 1, w);
@@ -96,17 +97,6 @@ struct UnpackHalves {
     return i / 4 * 4 + part * 2 + i % 2 + i % 4 / 2 * lanes<V>;
   }
 };
-// Whole 128-bit chunks: the first of the two given, then the second, from each of two vectors.
-template <int first, int second>
-struct Chunks {
-  template <class V>
-  static constexpr int lane(int i) {
-    constexpr int E = 16 / sizeof(Lane<V>), half = lanes<V> / 2;
-    const int chunk = i % half / E ? second : first;
-    return chunk * E + i % E + (i >= half ? lanes<V> : 0);
-  }
-};
-
 }  // namespace detail
 
 // Transposes within each 128-bit chunk: lane e of chunk c of v[i] becomes lane i of chunk c of v[e].
@@ -126,54 +116,49 @@ OVKS_INLINE void transposeInChunks(V* v) {
   }
 }
 
-// Transposes whole chunks: chunk c of v[i] becomes chunk i of v[c].
-template <class V>
-OVKS_INLINE void transposeChunks(V* v) {
-  using namespace detail;
-  if constexpr (sizeof(V) == 32) {
-    const V a = shuffle2<Chunks<0, 0>>(v[0], v[1]), b = shuffle2<Chunks<1, 1>>(v[0], v[1]);
-    v[0] = a;
-    v[1] = b;
-  } else if constexpr (sizeof(V) == 64) {
-    const V a = shuffle2<Chunks<0, 1>>(v[0], v[1]), b = shuffle2<Chunks<2, 3>>(v[0], v[1]);
-    const V c = shuffle2<Chunks<0, 1>>(v[2], v[3]), d = shuffle2<Chunks<2, 3>>(v[2], v[3]);
-    v[0] = shuffle2<Chunks<0, 2>>(a, c);
-    v[1] = shuffle2<Chunks<1, 3>>(a, c);
-    v[2] = shuffle2<Chunks<0, 2>>(b, d);
-    v[3] = shuffle2<Chunks<1, 3>>(b, d);
-  }
-}
-
-// L rows, row(Index<r>) giving row r, transformed across their lanes: twiddle(Index<l>, x) turns lane l of all rows,
-// out(Index<j>, x) takes point j of each row's spectrum, row r in lane r.
+// L rows transformed across their lanes: rows(Index<r>, Index<s>) gives the halves of rows r and s, twiddle(Index<l>,
+// x) turns lane l of all rows, out(Index<j>, x) takes point j of each row's spectrum, row r in lane r.
 //
-// The first butterflies take lanes a chunk apart, so the chunks' transposes come bit by bit between them.
-template <Direction D, class V, class Row, class Twiddle, class Out>
-OVKS_INLINE void acrossLanes(Row row, Twiddle twiddle, Out out) {
+// The transpose goes in three steps: the halves of rows a chunk apart, lanes within chunks, and, where there are four
+// chunks, pairs of them. The first butterflies take lanes a chunk apart, so the last step comes bit by bit between
+// them.
+template <Direction D, class V, class RowHalves, class Twiddle, class Out>
+OVKS_INLINE void acrossLanes(RowHalves rows, Twiddle twiddle, Out out) {
+  using namespace detail;
   constexpr int L = lanes<V>, E = 16 / sizeof(Lane<V>), C = L / E;
-  Complex<V> x[L];
-  unroll<C>([&](auto c) __attribute__((always_inline)) {
-    V re[E], im[E];
+  constexpr int kHalves = C == 1 ? 1 : 2;
+  Complex<V> x[L];  // half h of rows pE ... pE + E - 1 and (p + 1)E ... : x[(p + h)E + e], p even
+  unroll<C / kHalves>([&](auto pair) __attribute__((always_inline)) {
+    constexpr int first = kHalves * decltype(pair)::value * E;
+    V re[2][E], im[2][E];
     unroll<E>([&](auto e) __attribute__((always_inline)) {
-      const Complex<V> v = row(Index<decltype(c)::value * E + decltype(e)::value>{});
-      re[e] = v.re;
-      im[e] = v.im;
+      constexpr int r = first + decltype(e)::value;
+      const ComplexHalves<V> v = rows(Index<r>{}, Index<r + (kHalves - 1) * E>{});
+      re[0][e] = v.re.low;
+      re[1][e] = v.re.high;
+      im[0][e] = v.im.low;
+      im[1][e] = v.im.high;
     });
-    transposeInChunks(re);
-    transposeInChunks(im);
-    unroll<E>([&](auto e) __attribute__((always_inline)) { x[c * E + e] = {re[e], im[e]}; });
+    unroll<kHalves>([&](auto h) __attribute__((always_inline)) {
+      transposeInChunks(re[h]);
+      transposeInChunks(im[h]);
+      unroll<E>([&](auto e) __attribute__((always_inline)) { x[first + h * E + e] = {re[h][e], im[h][e]}; });
+    });
   });
+  Complex<V> y[L];
   const auto transposed = [&](auto l) __attribute__((always_inline)) {
     constexpr int lane = decltype(l)::value;
-    if constexpr (lane < E) {
-      V re[C], im[C];
-      unroll<C>([&](auto c) __attribute__((always_inline)) { re[c] = x[c * E + lane].re, im[c] = x[c * E + lane].im; });
-      transposeChunks(re);
-      transposeChunks(im);
-      unroll<C>([&](auto c) __attribute__((always_inline)) { x[c * E + lane] = {re[c], im[c]}; });
+    if constexpr (C <= 2) {
+      y[lane] = x[lane];
+    } else if constexpr (lane < E) {
+      unroll<2>([&](auto h) __attribute__((always_inline)) {
+        const Complex<V> a = x[h * E + lane], b = x[(2 + h) * E + lane];
+        y[2 * h * E + lane] = {shuffle2<Chunks<0, 2>>(a.re, b.re), shuffle2<Chunks<0, 2>>(a.im, b.im)};
+        y[(2 * h + 1) * E + lane] = {shuffle2<Chunks<1, 3>>(a.re, b.re), shuffle2<Chunks<1, 3>>(a.im, b.im)};
+      });
     }
-    if constexpr (lane == 0) return x[0];
-    else return twiddle(l, x[lane]);
+    if constexpr (lane == 0) return y[0];
+    else return twiddle(l, y[lane]);
   };
   butterfly<D, L>(transposed, out);
 }

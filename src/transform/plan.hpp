@@ -38,20 +38,47 @@ constexpr int outerBits(int order) {
   return order <= kMaxInCacheOrder<T> + 4 ? 4 : 8;
 }
 
+// Of radix 8 as far as may be. AVX-512 has registers enough for radix 16, which goes last: where rows stand a page
+// apart, their lines share a set of the first cache, and 16 rows are more than it holds. For the same reason a first
+// pass with such strides, which reads one array and writes another, is of radix 4.
 template <class T>
-constexpr Passes passesOf(int order) {
+constexpr Passes choosePasses(int order) {
+  constexpr int kPageRows = 4096 / (2 * kVectorBytes);
   Passes p;
-  int bits = order - log2OfPower(rowLanes<T>(order));
-  for (int outer = outerBits<T>(order); outer > 0; outer -= 4, bits -= 4) p.add(4);
-  // As many of radix 8 as may be; AVX-512 has registers enough for radix 16.
-  int rest = bits % 3;
-  if (kAvx512 && rest == 2 && bits >= 8) rest = 8;
-  else if (rest == 1 && bits >= 4) rest = 4;
-  bits -= rest;
-  const int step = kAvx512 && rest >= 4 ? 4 : 2;
-  for (; rest > 0; rest -= rest < step ? rest : step) p.add(rest < step ? rest : step);
-  for (; bits > 0; bits -= 3) p.add(3);
+  const int lanesBits = log2OfPower(rowLanes<T>(order));
+  int bits = order - lanesBits, outer = outerBits<T>(order);
+  for (; outer > 0; outer -= 4, bits -= 4) p.add(4);
+  const auto take = [&](int b) {
+    p.add(b);
+    bits -= b;
+  };
+  if (!kAvx512) {
+    while (bits % 3 != 0 && bits >= 2) take(2);
+    while (bits > 0) take(3);
+    return p;
+  }
+  if (p.count == 0 && bits < 8 && bits % 3 == 2) take(2);
+  else if (p.count == 0 && (1 << bits) / 8 >= kPageRows) take(2);
+  while (bits % 4 != 0 && bits >= 3) take(3);
+  while (bits >= 4) take(4);
+  if (bits > 0) take(bits);
   return p;
+}
+
+template <class T>
+struct PassTable {
+  Passes ofOrder[kMaxOrder + 1];
+
+  constexpr PassTable() : ofOrder{} {
+    for (int order = kMaxSmallOrder + 1; order <= kMaxOrder; ++order) ofOrder[order] = choosePasses<T>(order);
+  }
+};
+template <class T>
+inline constexpr PassTable<T> kPassTable;
+
+template <class T>
+OVKS_INLINE const Passes& passesOf(int order) {
+  return kPassTable<T>.ofOrder[order];
 }
 
 // Twiddle sets of a pass that finds `blocks` blocks stand (blocks - R) complex numbers into the columns' table, R being

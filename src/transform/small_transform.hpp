@@ -41,7 +41,10 @@ OVKS_INLINE void rowsTransform(Points src, Out out) {
       [&](auto k, Complex<V> v) __attribute__((always_inline)) { x[k] = v; });
   unroll<R / L>([&](auto g) __attribute__((always_inline)) {
     acrossLanes<D, V>(
-        [&](auto r) __attribute__((always_inline)) { return x[g * L + r]; },
+        [&](auto r, auto s) __attribute__((always_inline)) {
+          const Complex<V> a = x[g * L + r], b = x[g * L + s];
+          return ComplexHalves<V>{halvesOf(a.re, b.re), halvesOf(a.im, b.im)};
+        },
         [&](auto l, Complex<V> v) __attribute__((always_inline)) {
           const auto& w = kSmallTwiddles<T, order, L>.w[decltype(g)::value][decltype(l)::value];
           return turn<D>(v, load<V>(w[0]), load<V>(w[1]));
