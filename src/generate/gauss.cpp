@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The Gaussian generator: the polar method on pairs of engine values.
 #include "core/export.hpp"
-#include "core/root.hpp"
 #include "generate/logarithm.hpp"
 #include "generate/random.hpp"
 
