@@ -6,6 +6,7 @@
 //   kElements          how many elements it takes at once
 //   kChains            how many copies work side by side, a power of two
 //   add(vectors...)    takes kElements elements of each source
+//   addOdd(vectors...) does the same by other means, where the work of every other chain is better done by them
 //   merge(other)       takes what another copy has
 //   fill()             what stands for elements beyond the end, where zero would count
 // The order of additions depends on n alone, never on addresses.
@@ -71,13 +72,19 @@ class Fold {
  private:
   static constexpr std::ptrdiff_t N = A::kElements;
 
-  OVKS_INLINE void one(std::size_t chain, std::ptrdiff_t i, const S*... src) {
-    chain_[chain].add(load<Elements<S, int{N}>>(src + i)...);
+  template <std::size_t chain>
+  OVKS_INLINE void one(std::ptrdiff_t i, const S*... src) {
+    A& a = chain_[chain];
+    if constexpr (chain % 2 == 1 && requires { a.addOdd(load<Elements<S, int{N}>>(src)...); }) {
+      a.addOdd(load<Elements<S, int{N}>>(src + i)...);
+    } else {
+      a.add(load<Elements<S, int{N}>>(src + i)...);
+    }
   }
 
   template <int count>
   OVKS_INLINE void block(std::ptrdiff_t i, const S*... src) {
-    [&]<std::size_t... u>(std::index_sequence<u...>) { (one(u, i + std::ptrdiff_t{u} * N, src...), ...); }
+    [&]<std::size_t... u>(std::index_sequence<u...>) { (one<u>(i + std::ptrdiff_t{u} * N, src...), ...); }
     (std::make_index_sequence<count>{});
   }
 

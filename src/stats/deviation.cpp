@@ -33,6 +33,12 @@ struct FloatMoments {
     sum += x;
     squares = fma(x, x, squares);
   }
+  // Half of the additions go to the multiplier: the adder converts as well.
+  OVKS_INLINE void addOdd(Vec<float, kElements> v) {
+    const V x = convert<F>(v);
+    sum = plusWidened(sum, v);
+    squares = fma(x, x, squares);
+  }
   OVKS_INLINE void merge(const FloatMoments& o) {
     sum += o.sum;
     squares += o.squares;
