@@ -5,7 +5,10 @@
 #define OVKS_H
 
 #include "ovks/core.h"
+#include "ovks/generate.h"
+#include "ovks/sort.h"
 #include "ovks/stats.h"
+#include "ovks/transform.h"
 #include "ovks/types.h"
 #include "ovks/vector.h"
 

@@ -1,0 +1,180 @@
+// SPDX-License-Identifier: MIT
+// The Gaussian generator: the polar method on pairs of engine values.
+#include "core/export.hpp"
+#include "core/root.hpp"
+#include "generate/logarithm.hpp"
+#include "generate/random.hpp"
+
+namespace {
+
+using namespace ovks;
+
+template <class T>
+struct State {
+  static constexpr int32_t kContext = contextOf<T>(39);
+
+  int32_t context;
+  uint32_t seed;
+  T mean, stdDev;
+  Engine engine;
+  int32_t pending;     // 1 when no deviate is kept
+  double deviates[3];  // the kept one, and two that are not used
+};
+static_assert(sizeof(State<uint8_t>) <= 64 && sizeof(State<int16_t>) <= 64);
+static_assert(sizeof(State<float>) <= 72 && sizeof(State<double>) <= 80);
+
+using V = Vec<double>;
+inline constexpr int kPairs = lanes<V>;
+
+// The lanes of a vector that a mask keeps, moved to the front.
+#ifdef __AVX512F__
+struct Selection {
+  __mmask8 mask;
+
+  explicit Selection(Vec<int64_t> lanes) : mask(_mm512_movepi64_mask(bits<__m512i>(lanes))) {}
+  int count() const { return __builtin_popcount(mask); }
+  OVKS_INLINE V operator()(V v) const { return _mm512_maskz_compress_pd(mask, v); }
+};
+#else
+struct Orders {
+  int32_t lanes[16][8];
+};
+constexpr Orders kOrders = [] {
+  Orders orders{};
+  for (int mask = 0; mask < 16; ++mask) {
+    int n = 0;
+    for (int i = 0; i < 4; ++i) {
+      if (!(mask >> i & 1)) continue;
+      orders.lanes[mask][n++] = 2 * i;
+      orders.lanes[mask][n++] = 2 * i + 1;
+    }
+  }
+  return orders;
+}();
+
+struct Selection {
+  unsigned mask;
+
+  explicit Selection(Vec<int64_t> lanes) : mask(static_cast<unsigned>(_mm256_movemask_pd(bits<__m256d>(lanes)))) {}
+  int count() const { return __builtin_popcount(mask); }
+  OVKS_INLINE V operator()(V v) const {
+    return bits<V>(_mm256_permutevar8x32_epi32(bits<__m256i>(v), load<__m256i>(kOrders.lanes[mask])));
+  }
+};
+#endif
+
+// Turns accepted pairs into deviates, a vector of pairs at a time.
+template <class T>
+class Polar {
+ public:
+  Polar(T* dst, std::ptrdiff_t n, State<T>& state)
+      : dst_(dst), left_(n), mean_(broadcast<V>(state.mean)), stdDev_(broadcast<V>(state.stdDev)) {
+    for (double& s : squares_) s = 0.5;
+    if (!state.pending) put(broadcast<V>(state.deviates[0]), 1);
+    keeps_ = left_ % 2;
+  }
+
+  std::ptrdiff_t pairsLeft() const { return (left_ + 1) / 2 - waiting_; }
+
+  // Pairs of engine values, in count lanes of u.
+  OVKS_INLINE void take(Vec<int32_t> u, int count) {
+    const V v1 = part<0>(u), v2 = part<1>(u), s = v1 * v1 + v2 * v2;
+    auto accepted = (s < broadcast<V>(1)) & (s != V{});
+    if (count < 2 * kPairs) [[unlikely]] {
+      for (int i = count / 2; i < kPairs; ++i) accepted[i] = 0;
+    }
+    const Selection selection(bits<Vec<int64_t>>(accepted));
+    store(first_ + waiting_, selection(v1));
+    store(second_ + waiting_, selection(v2));
+    store(squares_ + waiting_, selection(s));
+    waiting_ += selection.count();
+    if (waiting_ >= kPairs) finish();
+  }
+
+  // What is left, when no pair is missing. An odd deviate is kept.
+  void close(State<T>& state) {
+    if (waiting_ > 0) finish();
+    state.pending = !keeps_;
+    state.deviates[0] = keeps_ ? kept_ : 0;
+  }
+
+ private:
+  // Lanes 0, 2, 4, ... or 1, 3, 5, ... in [-1, 1).
+  template <int odd>
+  static OVKS_INLINE V part(Vec<int32_t> u) {
+    return [&]<std::size_t... i>(std::index_sequence<i...>) {
+      return convert<double>(__builtin_shufflevector(u, u, (2 * static_cast<int>(i) + odd)...));
+    }
+    (std::make_index_sequence<kPairs>{}) * broadcast<V>(0x1p-31);
+  }
+
+  template <int half>
+  static OVKS_INLINE V interleaved(V a, V b) {
+    return [&]<std::size_t... i>(std::index_sequence<i...>) {
+      return __builtin_shufflevector(a, b, (half * kPairs / 2 + static_cast<int>(i / 2 + i % 2 * kPairs))...);
+    }
+    (std::make_index_sequence<kPairs>{});
+  }
+
+  OVKS_INLINE void finish() {
+    const V s = load<V>(squares_), f = squareRoot(broadcast<V>(-2) * logarithm(s) / s);
+    const V z1 = load<V>(first_) * f, z2 = load<V>(second_) * f;
+    if (keeps_ && left_ < 2 * kPairs) kept_ = z2[left_ / 2];
+    put(interleaved<0>(z1, z2), kPairs);
+    put(interleaved<1>(z1, z2), kPairs);
+    for (double* lanes : {first_, second_, squares_}) store(lanes, load<V>(lanes + kPairs));
+    waiting_ -= kPairs;
+  }
+
+  OVKS_INLINE void put(V z, int count) {
+    const int n = left_ < count ? static_cast<int>(left_) : count;
+    write(dst_, n, mean_ + stdDev_ * z);
+    dst_ += count;
+    left_ -= count;
+  }
+
+  T* dst_;
+  std::ptrdiff_t left_;
+  V mean_, stdDev_;
+  double first_[2 * kPairs], second_[2 * kPairs], squares_[2 * kPairs];
+  double kept_ = 0;
+  bool keeps_;  // whether the last pair's second deviate is one too many
+  int waiting_ = 0;
+};
+
+template <class S, class T>
+Status init(S* pState, T mean, T stdDev, uint32_t seed) {
+  if (!pState) return StatusNullPtr;
+  save(pState, State<T>{State<T>::kContext, seed, mean, stdDev, Engine(seed), 1, {}});
+  return StatusOk;
+}
+
+template <class T, class S>
+Status gauss(T* pDst, int len, S* pState) {
+  State<T> state;
+  if (const Status s = restore(state, pDst, len, pState)) return s;
+  // The caller's rounding must not change which pairs are accepted.
+  const DefaultFloatControl control;
+  Polar<T> polar(pDst, len, state);
+  while (polar.pairsLeft() > 0) {
+    generate(state.engine, 2 * polar.pairsLeft(), [&](auto u, std::ptrdiff_t, int count) { polar.take(u, count); });
+  }
+  polar.close(state);
+  save(pState, state);
+  return StatusOk;
+}
+
+}  // namespace
+
+OVKS_EXPORT(ovksRandGaussGetSize_8u, getSize<64>);
+OVKS_EXPORT(ovksRandGaussGetSize_16s, getSize<64>);
+OVKS_EXPORT(ovksRandGaussGetSize_32f, getSize<72>);
+OVKS_EXPORT(ovksRandGaussGetSize_64f, getSize<80>);
+OVKS_EXPORT(ovksRandGaussInit_8u, init);
+OVKS_EXPORT(ovksRandGaussInit_16s, init);
+OVKS_EXPORT(ovksRandGaussInit_32f, init);
+OVKS_EXPORT(ovksRandGaussInit_64f, init);
+OVKS_EXPORT(ovksRandGauss_8u, gauss);
+OVKS_EXPORT(ovksRandGauss_16s, gauss);
+OVKS_EXPORT(ovksRandGauss_32f, gauss);
+OVKS_EXPORT(ovksRandGauss_64f, gauss);

@@ -1,0 +1,152 @@
+// SPDX-License-Identifier: MIT
+// Blackman windows: alpha given, standard, or optimal for the length.
+#include "core/cos.hpp"
+#include "core/export.hpp"
+#include "generate/window.hpp"
+#include "ovks/generate.h"
+
+namespace {
+
+using namespace ovks;
+
+// ((0.5 + alpha) - c) + c^2 (-4 alpha) for c = 0.5 cos(k theta), k = 0, 1, ... The cosines come from one chain in 64f,
+// c(k + 1) = 2 cos(theta) c(k) - c(k - 1), are rounded to W, and the rest is W's. Every rounding is part of the shape.
+template <class W>
+class SquaredCosine {
+ public:
+  SquaredCosine(W alpha, int len) : offset_(W(0.5) + alpha), curvature_(-4 * alpha) {
+    using V = Vec<double, 2>;
+    const double c = cosine(broadcast<V>(2 * std::numbers::pi / (len - 1)))[0];
+    factor_ = 2 * c;
+    current_ = 0.5;
+    previous_ = 0.5 * c;
+  }
+
+  template <int n>
+  OVKS_INLINE Vec<double, n> next() {
+    if constexpr (n == 2) {
+      const double first = step();
+      return Vec<double, 2>{first, step()};
+    } else {
+      const auto first = next<n / 2>();
+      return concat(first, next<n / 2>());
+    }
+  }
+
+  template <class V>
+  OVKS_INLINE V weights(V c) const {
+    return (broadcast<V>(offset_) - c) + (c * c) * broadcast<V>(curvature_);
+  }
+
+  void skip(std::ptrdiff_t n) {
+    for (; n > 0; --n) step();
+  }
+
+ private:
+  OVKS_INLINE double step() {
+    const double c = current_;
+    current_ = factor_ * c - previous_;
+    previous_ = c;
+    return c;
+  }
+
+  W offset_, curvature_;
+  double factor_, current_, previous_;
+};
+
+// Weights k = 0 .. len - 1, four at a time, go to elements k and then to their mirror images; an element keeps its
+// later write. Below the centre those are the weights of the other half, whose chain runs on from the first half's. The
+// four that hold the centre write both an element and its image, and there the image comes later.
+template <class T>
+void apply(Windowing<T> windowing, Alpha<T> alpha) {
+  constexpr int kGroup = 4;
+  const std::ptrdiff_t last = windowing.n - 1, centre = last / 2 / kGroup * kGroup;
+  SquaredCosine<Weight<T>> shape(alpha, static_cast<int>(windowing.n));
+  shape.skip(centre);
+  const auto weights = shape.weights(nextValues<Weight<T>, kGroup>(shape));
+  for (int k = 0; k < kGroup; ++k) {
+    const std::ptrdiff_t i = centre + k, image = last - i;
+    if (image >= centre && image < centre + kGroup) {
+      windowing.one(image, weights[k]);
+    } else if (i > image) {
+      windowing.one(i, weights[k]);
+      windowing.one(image, weights[k]);
+    }
+  }
+  windowing.pairs(shape, centre + kGroup, windowing.n);
+}
+
+struct Blackman {
+  template <class T>
+  static Status run(const T* pSrc, T* pDst, int len, Alpha<T> alpha) {
+    if (const Status s = checkWindow(len, 3, pSrc, pDst)) return s;
+    const Windowing<T> windowing{pSrc, pDst, len};
+    if (len == 3) {
+      windowing.copy(1);
+      windowing.zero(0);
+      windowing.zero(2);
+    } else {
+      [[maybe_unused]] const detail::Control<T> control;
+      apply(windowing, alpha);
+    }
+    return StatusOk;
+  }
+};
+
+struct BlackmanStd {
+  template <class T>
+  static Status run(const T* pSrc, T* pDst, int len) {
+    return Blackman::run(pSrc, pDst, len, static_cast<Weight<T>>(-0.16));
+  }
+};
+
+struct BlackmanOpt {
+  template <class T>
+  static Status run(const T* pSrc, T* pDst, int len) {
+    if (len < 4) return StatusBadSize;
+    using V = Vec<double, 2>;
+    const double q = 0.5 / cosine(broadcast<V>(std::numbers::pi / (len - 1)))[0];
+    return Blackman::run(pSrc, pDst, len, static_cast<Weight<T>>(-(q * q)));
+  }
+};
+
+}  // namespace
+
+OVKS_EXPORT(ovksWinBlackman_16s, window<Blackman>);
+OVKS_EXPORT(ovksWinBlackman_16s_I, window<Blackman>);
+OVKS_EXPORT(ovksWinBlackman_16sc, window<Blackman>);
+OVKS_EXPORT(ovksWinBlackman_16sc_I, window<Blackman>);
+OVKS_EXPORT(ovksWinBlackman_32f, window<Blackman>);
+OVKS_EXPORT(ovksWinBlackman_32f_I, window<Blackman>);
+OVKS_EXPORT(ovksWinBlackman_32fc, window<Blackman>);
+OVKS_EXPORT(ovksWinBlackman_32fc_I, window<Blackman>);
+OVKS_EXPORT(ovksWinBlackman_64f, window<Blackman>);
+OVKS_EXPORT(ovksWinBlackman_64f_I, window<Blackman>);
+OVKS_EXPORT(ovksWinBlackman_64fc, window<Blackman>);
+OVKS_EXPORT(ovksWinBlackman_64fc_I, window<Blackman>);
+
+OVKS_EXPORT(ovksWinBlackmanStd_16s, window<BlackmanStd>);
+OVKS_EXPORT(ovksWinBlackmanStd_16s_I, window<BlackmanStd>);
+OVKS_EXPORT(ovksWinBlackmanStd_16sc, window<BlackmanStd>);
+OVKS_EXPORT(ovksWinBlackmanStd_16sc_I, window<BlackmanStd>);
+OVKS_EXPORT(ovksWinBlackmanStd_32f, window<BlackmanStd>);
+OVKS_EXPORT(ovksWinBlackmanStd_32f_I, window<BlackmanStd>);
+OVKS_EXPORT(ovksWinBlackmanStd_32fc, window<BlackmanStd>);
+OVKS_EXPORT(ovksWinBlackmanStd_32fc_I, window<BlackmanStd>);
+OVKS_EXPORT(ovksWinBlackmanStd_64f, window<BlackmanStd>);
+OVKS_EXPORT(ovksWinBlackmanStd_64f_I, window<BlackmanStd>);
+OVKS_EXPORT(ovksWinBlackmanStd_64fc, window<BlackmanStd>);
+OVKS_EXPORT(ovksWinBlackmanStd_64fc_I, window<BlackmanStd>);
+
+OVKS_EXPORT(ovksWinBlackmanOpt_16s, window<BlackmanOpt>);
+OVKS_EXPORT(ovksWinBlackmanOpt_16s_I, window<BlackmanOpt>);
+OVKS_EXPORT(ovksWinBlackmanOpt_16sc, window<BlackmanOpt>);
+OVKS_EXPORT(ovksWinBlackmanOpt_16sc_I, window<BlackmanOpt>);
+OVKS_EXPORT(ovksWinBlackmanOpt_32f, window<BlackmanOpt>);
+OVKS_EXPORT(ovksWinBlackmanOpt_32f_I, window<BlackmanOpt>);
+OVKS_EXPORT(ovksWinBlackmanOpt_32fc, window<BlackmanOpt>);
+OVKS_EXPORT(ovksWinBlackmanOpt_32fc_I, window<BlackmanOpt>);
+OVKS_EXPORT(ovksWinBlackmanOpt_64f, window<BlackmanOpt>);
+OVKS_EXPORT(ovksWinBlackmanOpt_64f_I, window<BlackmanOpt>);
+OVKS_EXPORT(ovksWinBlackmanOpt_64fc, window<BlackmanOpt>);
+OVKS_EXPORT(ovksWinBlackmanOpt_64fc_I, window<BlackmanOpt>);
