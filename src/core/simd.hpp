@@ -102,6 +102,12 @@ OVKS_INLINE To extend(From v) {
     return bits<To>(v);
   } else if constexpr (sizeof(From) == 32) {
     return bits<To>(_mm512_castsi256_si512(bits<__m256i>(v)));
+  } else if constexpr (sizeof(From) == 16 && sizeof(To) == 64) {
+    return bits<To>(_mm512_castsi128_si512(bits<__m128i>(v)));
+  } else if constexpr (sizeof(From) == 16) {
+    return bits<To>(_mm256_castsi128_si256(bits<__m128i>(v)));
+  } else if constexpr (sizeof(From) == 8) {
+    return extend<To>(RawVec<16>{bits<long long>(v), 0});
   } else {
     To r{};
     __builtin_memcpy(&r, &v, sizeof v);
