@@ -92,7 +92,8 @@ struct Stretch {
       between();
     }
     for (; i < n; ++i) values()[i] = e.step();
-    if (mayBeWrong(n)) [[unlikely]] refill(engine, n);
+    if (mayBeWrong(n)) [[unlikely]]
+      refill(engine, n);
     else engine = e;
   }
 

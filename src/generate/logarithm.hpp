@@ -20,9 +20,12 @@ OVKS_INLINE V logarithm(V x) {
   const V n = bits<V>(exponent) - broadcast<V>(0x1p52 + 1023);
 
   const V f = m - broadcast<V>(1), t = f / (f + broadcast<V>(2)), z = t * t, half = broadcast<V>(0.5) * f * f;
-  const V series =
-      z * polynomial(z, 0x1.5555555555558p-1, 0x1.99999999951f5p-2, 0x1.2492492e0b70cp-2, 0x1.c71c62c42db88p-3,
-                     0x1.7462be245eb1dp-3, 0x1.39fd25d62a4ffp-3, 0x1.2b6776a1c30c5p-3);
+  // In short chains, which hide better behind each other.
+  const V w = z * z;
+  const V early = fma(w, polynomial(z, 0x1.2492492e0b70cp-2, 0x1.c71c62c42db88p-3),
+                      polynomial(z, 0x1.5555555555558p-1, 0x1.99999999951f5p-2));
+  const V late = polynomial(z, 0x1.7462be245eb1dp-3, 0x1.39fd25d62a4ffp-3, 0x1.2b6776a1c30c5p-3);
+  const V series = z * fma(w * w, late, early);
   const V low = fma(n, broadcast<V>(0x1.ef35793c76730p-45), t * (half + series));
   return fma(n, broadcast<V>(0x1.62e42fefa3800p-1), f - (half - low));
 }
