@@ -9,14 +9,17 @@
 # The names are what stands before a parameter list. That every prototype was seen is checked by a second count, of the
 # declarations that end in ");".
 
+cmake_policy(VERSION 3.25)
+
 set(names "")
 set(prototypes 0)
 foreach(header IN LISTS HEADERS)
   file(READ "${header}" text)
+  string(REPLACE ";" "@" text "${text}")  # which would part list elements
   string(REGEX REPLACE "/\\*([^*]|\\*+[^*/])*\\*+/" " " text "${text}")
   string(REGEX REPLACE "//[^\n]*" " " text "${text}")
   string(REGEX MATCHALL "ovks[A-Za-z0-9_]+[ \n]*\\(" found "${text}")
-  string(REGEX MATCHALL "\\)[ \n]*;" ends "${text}")
+  string(REGEX MATCHALL "\\)[ \n]*@" ends "${text}")
   list(LENGTH ends count)
   math(EXPR prototypes "${prototypes} + ${count}")
   list(APPEND names ${found})

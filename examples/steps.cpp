@@ -40,7 +40,8 @@ Signal::Signal(const wav::Recording& r)
   std::copy(r.samples.begin(), r.samples.end(), pcm.begin());
   const int frames = fadeIn.size() / r.channels;
   for (int i = 0; i < fadeIn.size(); ++i) {
-    fadeIn[i] = static_cast<float>(i / r.channels) / static_cast<float>(frames);
+    const int frame = i / r.channels;
+    fadeIn[i] = static_cast<float>(frame) / static_cast<float>(frames);
     fadeOut[fadeOut.size() - 1 - i] = fadeIn[i];
   }
 }

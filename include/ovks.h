@@ -6,6 +6,9 @@
 
 #include "ovks/core.h"
 #include "ovks/generate.h"
+#include "ovks/sort.h"
+#include "ovks/stats.h"
+#include "ovks/transform.h"
 #include "ovks/types.h"
 #include "ovks/vector.h"
 

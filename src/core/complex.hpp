@@ -19,6 +19,22 @@ OVKS_INLINE V swapParts(V v) {
   return shuffle(v, [](int i) { return i ^ 1; });
 }
 
+// One part of each element, in half as many lanes.
+template <class V>
+OVKS_INLINE auto realLanes(V v) {
+  return [&]<std::size_t... i>(std::index_sequence<i...>) {
+    return __builtin_shufflevector(v, v, static_cast<int>(2 * i)...);
+  }
+  (std::make_index_sequence<lanes<V> / 2>{});
+}
+template <class V>
+OVKS_INLINE auto imagLanes(V v) {
+  return [&]<std::size_t... i>(std::index_sequence<i...>) {
+    return __builtin_shufflevector(v, v, static_cast<int>(2 * i + 1)...);
+  }
+  (std::make_index_sequence<lanes<V> / 2>{});
+}
+
 // Each of half as many reals in both lanes of its pair.
 template <class V, class H>
 OVKS_INLINE V duplicate(H v) {
@@ -31,12 +47,16 @@ OVKS_INLINE V duplicate(H v) {
 // re = fma(a.re, b.re, -(a.im b.im)), im = fma(a.re, b.im, a.im b.re)
 template <class V>
 OVKS_INLINE V complexProduct(V a, V b) {
+  a = inRegister(a);
+  b = inRegister(b);
   return fmaSubAdd(dupReal(a), b, dupImag(a) * swapParts(b));
 }
 
 // c + a b, the products fused with the sum one after the other.
 template <class V>
 OVKS_INLINE V complexProductSum(V a, V b, V c) {
+  a = inRegister(a);
+  b = inRegister(b);
   return fmaSubAdd(dupReal(a), b, fmaSubAdd(dupImag(a), swapParts(b), c));
 }
 

@@ -51,21 +51,21 @@ OVKS_INLINE auto settled(R r) {
 
 // dst[i] = f(src[i]...) * 2^-scaleFactor, f giving an exact result.
 template <class F, class D, class... S>
-OVKS_INLINE void mapScaled(F f, D* dst, std::ptrdiff_t n, int scaleFactor, const S*... src) {
+OVKS_INLINE Status mapScaled(F f, D* dst, int len, int scaleFactor, const S*... src) {
   using R = decltype(f(Elements<S, step<D, S...>>{}...));
-  if (scaleFactor == 0) return map([f](auto... v) { return f(v...).saturated(); }, dst, n, src...);
+  if (scaleFactor == 0) return map([f](auto... v) { return f(v...).saturated(); }, dst, len, src...);
   if (scaleFactor < 0) {
     const ShiftUp<decltype(std::declval<R>().saturated())> up(0u - static_cast<unsigned>(scaleFactor));
-    return map([f, up](auto... v) { return up(f(v...).saturated()); }, dst, n, src...);
+    return map([f, up](auto... v) { return up(f(v...).saturated()); }, dst, len, src...);
   }
   if constexpr (requires { R::kQuickShift; }) {
     using Q = std::integral_constant<int, R::kQuickShift>;
-    if (scaleFactor == Q::value) return map([f](auto... v) { return f(v...).scaledDown(Q{}); }, dst, n, src...);
+    if (scaleFactor == Q::value) return map([f](auto... v) { return f(v...).scaledDown(Q{}); }, dst, len, src...);
   }
   if (scaleFactor <= R::kMaxShift) {
-    return map([f, scaleFactor](auto... v) { return f(v...).scaledDown(scaleFactor); }, dst, n, src...);
+    return map([f, scaleFactor](auto... v) { return f(v...).scaledDown(scaleFactor); }, dst, len, src...);
   }
-  map([] { return Elements<D, step<D>>{}; }, dst, n);
+  return map([] { return Elements<D, step<D>>{}; }, dst, len);
 }
 
 template <class D, class Op>
@@ -84,25 +84,23 @@ template <class Op, class S1, class S2, class D>
 Status elementwise(const S1* pSrc1, const S2* pSrc2, D* pDst, int len) {
   if (const Status s = check(len, pSrc1, pSrc2, pDst)) return s;
   const auto f = [](auto... v) { return detail::settled(Op::template apply<D>(v...)); };
-  if constexpr (Accumulates<Op>) map(f, pDst, len, pSrc1, pSrc2, pDst);
-  else map(f, pDst, len, pSrc1, pSrc2);
-  return StatusOk;
+  if constexpr (Accumulates<Op>) return map(f, pDst, len, pSrc1, pSrc2, pDst);
+  else return map(f, pDst, len, pSrc1, pSrc2);
 }
 
 template <class Op, class S1, class S2, class D>
 Status elementwise(const S1* pSrc1, const S2* pSrc2, D* pDst, int len, int scaleFactor) {
   if (const Status s = check(len, pSrc1, pSrc2, pDst)) return s;
   if constexpr (Accumulates<Op>)
-    detail::mapScaled(detail::operation<D, Op>, pDst, len, scaleFactor, pSrc1, pSrc2, pDst);
-  else detail::mapScaled(detail::operation<D, Op>, pDst, len, scaleFactor, pSrc1, pSrc2);
-  return StatusOk;
+    return detail::mapScaled(detail::operation<D, Op>, pDst, len, scaleFactor, pSrc1, pSrc2, pDst);
+  else return detail::mapScaled(detail::operation<D, Op>, pDst, len, scaleFactor, pSrc1, pSrc2);
 }
 
 template <class Op, class S, class D>
 Status elementwise(const S* pSrc, D* pDst, int len) {
   if constexpr (Unary<Op, D, S>) {
     if (const Status s = check(len, pSrc, pDst)) return s;
-    map([](auto v) { return detail::settled(Op::template apply<D>(v)); }, pDst, len, pSrc);
+    return map([](auto v) { return detail::settled(Op::template apply<D>(v)); }, pDst, len, pSrc);
     return StatusOk;
   } else {
     return elementwise<Op>(pSrc, static_cast<const D*>(pDst), pDst, len);
@@ -113,8 +111,7 @@ template <class Op, class S, class D>
 Status elementwise(const S* pSrc, D* pDst, int len, int scaleFactor) {
   if constexpr (Unary<Op, D, S>) {
     if (const Status s = check(len, pSrc, pDst)) return s;
-    detail::mapScaled(detail::operation<D, Op>, pDst, len, scaleFactor, pSrc);
-    return StatusOk;
+    return detail::mapScaled(detail::operation<D, Op>, pDst, len, scaleFactor, pSrc);
   } else {
     return elementwise<Op>(pSrc, static_cast<const D*>(pDst), pDst, len, scaleFactor);
   }
@@ -134,16 +131,14 @@ template <class Op, class S, Constant C, class D>
 Status elementwise(const S* pSrc, C val, D* pDst, int len) {
   if (const Status s = check(len, pSrc, pDst)) return s;
   const auto f = [f = detail::withConstant<D, Op, S>(val)](auto... v) { return detail::settled(f(v...)); };
-  if constexpr (Accumulates<Op>) map(f, pDst, len, pSrc, pDst);
-  else map(f, pDst, len, pSrc);
-  return StatusOk;
+  if constexpr (Accumulates<Op>) return map(f, pDst, len, pSrc, pDst);
+  else return map(f, pDst, len, pSrc);
 }
 
 template <class Op, class S, Constant C, class D>
 Status elementwise(const S* pSrc, C val, D* pDst, int len, int scaleFactor) {
   if (const Status s = check(len, pSrc, pDst)) return s;
-  detail::mapScaled(detail::withConstant<D, Op, S>(val), pDst, len, scaleFactor, pSrc);
-  return StatusOk;
+  return detail::mapScaled(detail::withConstant<D, Op, S>(val), pDst, len, scaleFactor, pSrc);
 }
 
 template <class Op, Constant C, class D>

@@ -31,8 +31,15 @@ struct Map {
     return f(load<Elements<S, N>>(src + i)...);
   }
 
+  // What stands behind the last element. Functors that look for zeros ask for another value.
+  template <class V>
+  OVKS_INLINE static V padding() {
+    if constexpr (requires { F::kPadding; }) return broadcast<V>(F::kPadding);
+    else return V{};
+  }
+
   OVKS_INLINE static void part(F f, D* dst, std::ptrdiff_t i, std::ptrdiff_t n, const S*... src) {
-    const Out r = f(loadPart<Elements<S, N>>(reals(src + i), n * parts<S>)...);
+    const Out r = f(loadPart(reals(src + i), n * parts<S>, padding<Elements<S, N>>())...);
     storePart(reals(dst + i), r, n * parts<D>);
   }
 
@@ -42,9 +49,8 @@ struct Map {
     (store(dst + i + u * N, r[u]), ...);
   }
 
-  OVKS_INLINE static void run(F f, D* dst, std::ptrdiff_t n, const S*... src) {
+  OVKS_INLINE static void run(F f, const S*... src, D* dst, std::ptrdiff_t n) {
     constexpr int kUnroll = 4;
-    if (n < N) return part(f, dst, 0, n, src...);
     const std::ptrdiff_t rest = n % N;
     Out last;
     if constexpr (!kAvx512) last = at(f, n - N, src...);
@@ -66,33 +72,50 @@ struct Map {
   }
 
   // For large results: past the caches where they exceed them, lie apart from every source, and can be aligned.
-  [[gnu::noinline]] static void runLarge(F f, D* dst, std::ptrdiff_t n, const S*... src) {
+  [[gnu::noinline]] static void runLarge(F f, const S*... src, D* dst, std::ptrdiff_t n) {
     const bool apart = (true & ... & (static_cast<const void*>(src) != static_cast<const void*>(dst)));
     std::ptrdiff_t i = misaligned(dst);
-    if (!apart || i < 0 || !exceedsCache(n * std::ptrdiff_t{sizeof(D)})) return run(f, dst, n, src...);
+    if (!apart || i < 0 || !exceedsCache(n * std::ptrdiff_t{sizeof(D)})) return run(f, src..., dst, n);
     if (i > 0) part(f, dst, 0, i, src...);
     for (; i + N <= n; i += N) stream(dst + i, at(f, i, src...));
     if (i < n) part(f, dst, i, n - i, src...);
     _mm_sfence();
   }
+
+  OVKS_INLINE static void runAny(F f, const S*... src, D* dst, std::ptrdiff_t n) {
+    if constexpr (kStreams) {
+      if (n * std::ptrdiff_t{sizeof(D)} > kStreamingAbove) [[unlikely]]
+        return runLarge(f, src..., dst, n);
+    }
+    run(f, src..., dst, n);
+  }
+
+  // Apart from the short case, which so needs no stack frame.
+  [[gnu::noinline]] static Status runLong(F f, const S*... src, D* dst, int len) {
+    runAny(f, src..., dst, len);
+    return StatusOk;
+  }
+
+  OVKS_INLINE static bool isShort(std::ptrdiff_t n) { return n < N || (kAvx512 && n == N); }
 };
 
 }  // namespace detail
 
-// map with elements few enough for one vector of C's. f is copied: what it holds should be small.
+// map with elements few enough for one vector of C's, for an f with state, which stays in registers.
 template <class C, class F, class D, class... S>
-OVKS_INLINE void mapAs(F f, D* dst, std::ptrdiff_t n, const S*... src) {
+OVKS_INLINE void mapInline(F f, D* dst, std::ptrdiff_t n, const S*... src) {
   using Loop = detail::Map<F, C, D, S...>;
-  if constexpr (Loop::kStreams) {
-    if (n * std::ptrdiff_t{sizeof(D)} > kStreamingAbove) [[unlikely]]
-      return Loop::runLarge(f, dst, n, src...);
-  }
-  Loop::run(f, dst, n, src...);
+  if (Loop::isShort(n)) return Loop::part(f, dst, 0, n, src...);
+  Loop::runAny(f, src..., dst, n);
 }
 
+// Gives StatusOk, so that an entry can end in it. f is copied: what it holds should be small.
 template <class F, class D, class... S>
-OVKS_INLINE void map(F f, D* dst, std::ptrdiff_t n, const S*... src) {
-  mapAs<D>(f, dst, n, src...);
+OVKS_INLINE Status map(F f, D* dst, int len, const S*... src) {
+  using Loop = detail::Map<F, D, D, S...>;
+  if (!Loop::isShort(len)) return Loop::runLong(f, src..., dst, len);
+  Loop::part(f, dst, 0, len, src...);
+  return StatusOk;
 }
 
 }  // namespace ovks

@@ -45,14 +45,14 @@ class ShiftUp {
     constexpr unsigned kBits = 8 * sizeof(T);
     constexpr T kMin = std::numeric_limits<T>::min(), kMax = std::numeric_limits<T>::max();
     shift_ = static_cast<int>(n < kBits ? n : kBits - 1);
-    highest_ = broadcast<V>(n < kBits ? static_cast<T>(kMax >> n) : T{0});
-    lowest_ = broadcast<V>(n < kBits ? static_cast<T>(kMin >> n) : T{0});
+    highest_ = n < kBits ? static_cast<T>(kMax >> n) : T{0};
+    lowest_ = n < kBits ? static_cast<T>(kMin >> n) : T{0};
   }
 
   OVKS_INLINE V operator()(V v) const {
     const V max = broadcast<V>(std::numeric_limits<T>::max()), min = broadcast<V>(std::numeric_limits<T>::min());
-    const V inside = v > highest_ ? max : shifted(v);
-    return v < lowest_ ? min : inside;
+    const V inside = v > broadcast<V>(highest_) ? max : shifted(v);
+    return v < broadcast<V>(lowest_) ? min : inside;
   }
 
  private:
@@ -66,7 +66,7 @@ class ShiftUp {
   }
 
   int shift_;
-  V highest_, lowest_;
+  T highest_, lowest_;
 };
 
 }  // namespace ovks

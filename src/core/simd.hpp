@@ -128,26 +128,27 @@ OVKS_INLINE void copyShort(char* dst, const char* src, std::ptrdiff_t bytes) {
   move(int8_t{});
 }
 
-// The first n lanes from memory, 0 < n < lanes<V>, the others zero. Reads nothing beyond.
+// The first n lanes from memory, 0 < n < lanes<V> (on AVX-512 also all), the others from rest. Reads nothing beyond.
 template <class V>
-OVKS_INLINE V loadPart(const Lane<V>* p, std::ptrdiff_t n) {
+OVKS_INLINE V loadPart(const Lane<V>* p, std::ptrdiff_t n, V rest = V{}) {
   constexpr int size = sizeof(Lane<V>);
   if constexpr (kAvx512) {
     const uint64_t mask = _bzhi_u64(~uint64_t{0}, static_cast<unsigned>(n));
+    const __m512i others = extend<__m512i>(rest);
     __m512i v;
-    if constexpr (size == 1) v = _mm512_maskz_loadu_epi8(mask, p);
-    if constexpr (size == 2) v = _mm512_maskz_loadu_epi16(static_cast<__mmask32>(mask), p);
-    if constexpr (size == 4) v = _mm512_maskz_loadu_epi32(static_cast<__mmask16>(mask), p);
-    if constexpr (size == 8) v = _mm512_maskz_loadu_epi64(static_cast<__mmask8>(mask), p);
+    if constexpr (size == 1) v = _mm512_mask_loadu_epi8(others, mask, p);
+    if constexpr (size == 2) v = _mm512_mask_loadu_epi16(others, static_cast<__mmask32>(mask), p);
+    if constexpr (size == 4) v = _mm512_mask_loadu_epi32(others, static_cast<__mmask16>(mask), p);
+    if constexpr (size == 8) v = _mm512_mask_loadu_epi64(others, static_cast<__mmask8>(mask), p);
     return low<V>(v);
   } else {
-    V v{};
+    V v = rest;
     copyShort<sizeof(V)>(reinterpret_cast<char*>(&v), reinterpret_cast<const char*>(p), n * size);
     return v;
   }
 }
 
-// The first n lanes to memory, 0 < n < lanes<V>. Writes nothing beyond.
+// The first n lanes to memory, 0 < n < lanes<V> (on AVX-512 also all). Writes nothing beyond.
 template <class V>
 OVKS_INLINE void storePart(Lane<V>* p, V v, std::ptrdiff_t n) {
   constexpr int size = sizeof(Lane<V>);
@@ -161,6 +162,13 @@ OVKS_INLINE void storePart(Lane<V>* p, V v, std::ptrdiff_t n) {
   } else {
     copyShort<sizeof(V)>(reinterpret_cast<char*>(p), reinterpret_cast<const char*>(&v), n * size);
   }
+}
+
+// v, loaded once: keeps the compiler from repeating a load inside every instruction that uses it.
+template <class V>
+OVKS_INLINE V inRegister(V v) {
+  asm("" : "+v"(v));
+  return v;
 }
 
 // One rounding for a * b + c.
@@ -221,6 +229,21 @@ OVKS_INLINE V larger(V a, V b) {
   }
 }
 
+template <class V>
+OVKS_INLINE V squareRoot(V v) {
+  constexpr bool single = sizeof(Lane<V>) == 4;
+  if constexpr (sizeof(V) == 64) {
+    if constexpr (single) return _mm512_sqrt_ps(v);
+    else return _mm512_sqrt_pd(v);
+  } else if constexpr (sizeof(V) == 32) {
+    if constexpr (single) return _mm256_sqrt_ps(v);
+    else return _mm256_sqrt_pd(v);
+  } else {
+    if constexpr (single) return _mm_sqrt_ps(v);
+    else return _mm_sqrt_pd(v);
+  }
+}
+
 namespace detail {
 template <class V, class F, std::size_t... i>
 OVKS_INLINE V shuffle(V v, F, std::index_sequence<i...>) {
@@ -234,10 +257,42 @@ OVKS_INLINE V shuffle(V v, F f) {
   return detail::shuffle(v, f, std::make_index_sequence<lanes<V>>{});
 }
 
+namespace detail {
+
+// To lanes of twice the width. gcc would convert halves and join them.
+template <class T, class V>
+OVKS_INLINE auto convertWider(V v) {
+  using S = Lane<V>;
+  using R = Vec<T, lanes<V>>;
+  const auto raw = extend<RawVec<sizeof(V) < 16 ? 16 : sizeof(V)>>(v);
+  if constexpr (sizeof(R) == 64) {
+    if constexpr (std::is_same_v<S, float>) return _mm512_cvtps_pd(v);
+    else if constexpr (std::is_same_v<T, double>) return _mm512_cvtepi32_pd(raw);
+    else if constexpr (sizeof(S) == 4) return bits<R>(_mm512_cvtepi32_epi64(raw));
+    else return bits<R>(_mm512_cvtepi16_epi32(raw));
+  } else if constexpr (sizeof(R) == 32) {
+    if constexpr (std::is_same_v<S, float>) return _mm256_cvtps_pd(v);
+    else if constexpr (std::is_same_v<T, double>) return _mm256_cvtepi32_pd(raw);
+    else if constexpr (sizeof(S) == 4) return bits<R>(_mm256_cvtepi32_epi64(raw));
+    else return bits<R>(_mm256_cvtepi16_epi32(raw));
+  } else {
+    return bits<R>(_mm_cvtepi16_epi32(raw));
+  }
+}
+
+template <class T, class V>
+inline constexpr bool convertsWider =
+    sizeof(T) == 2 * sizeof(Lane<V>) && (sizeof(T) * lanes<V> >= 32 || (sizeof(T) == 4 && lanes<V> == 4)) &&
+    (std::is_same_v<Lane<V>, float> || std::is_same_v<Lane<V>, int32_t> ||
+     (std::is_same_v<Lane<V>, int16_t> && std::is_same_v<T, int32_t>));
+
+}  // namespace detail
+
 // Each lane converted to another type.
 template <class T, class V>
 OVKS_INLINE auto convert(V v) {
   if constexpr (std::is_same_v<T, Lane<V>>) return v;
+  else if constexpr (detail::convertsWider<T, V>) return detail::convertWider<T>(v);
   else return __builtin_convertvector(v, Vec<T, lanes<V>>);
 }
 

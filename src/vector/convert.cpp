@@ -21,8 +21,7 @@ Status convertRounded(const S* pSrc, D* pDst, int len, int scaleFactor) {
   using V = Vec<S, detail::step<S, D>>;
   const DefaultFloatControl control;
   const auto f = [scaled = PowerOfTwo<V>(scaleFactor)](auto v) { return toInteger<D, mode>(scaled(v)); };
-  map(f, pDst, len, pSrc);
-  return StatusOk;
+  return map(f, pDst, len, pSrc);
 }
 
 template <class S, class D>

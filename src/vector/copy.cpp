@@ -18,8 +18,7 @@ struct Copy {
 template <class D>
 Status set(D val, D* pDst, int len) {
   if (const Status s = check(len, pDst)) return s;
-  map([val] { return repeat<Elements<D, detail::step<D>>>(val); }, pDst, len);
-  return StatusOk;
+  return map([val] { return repeat<Elements<D, detail::step<D>>>(val); }, pDst, len);
 }
 
 template <class D>

@@ -155,9 +155,15 @@ auto constantDividend(C val) {
   };
 }
 
+// Lanes behind the last element hold ones, which are no zero divisors.
+template <class F>
+struct Padded : F {
+  static constexpr int kPadding = 1;
+};
+
 template <class Q, class Form, class D, class... S>
 Status divideBy(Q q, Form form, D* pDst, int len, const S*... src) {
-  mapAs<typename Q::Work>(form(q), pDst, len, src...);
+  mapInline<typename Q::Work>(Padded<decltype(form(q))>{form(q)}, pDst, len, src...);
   return q.metZero() ? StatusDivByZero : StatusOk;
 }
 

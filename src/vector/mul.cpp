@@ -68,8 +68,7 @@ Status multiplyToInteger(const S* pSrc, F val, D* pDst, int len, int scaleFactor
   const auto f = [val, scaled = PowerOfTwo<V>(scaleFactor)](auto v) {
     return toInteger<D, RoundNear>(scaled(convert<F>(v) * broadcast<V>(val)));
   };
-  map(f, pDst, len, pSrc);
-  return StatusOk;
+  return map(f, pDst, len, pSrc);
 }
 
 Status multiplyLow(const float* pSrc, float val, int16_t* pDst, int len) {

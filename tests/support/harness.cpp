@@ -4,8 +4,6 @@
 #include <dlfcn.h>
 #include <xmmintrin.h>
 
-#include <numeric>
-
 namespace ovks::test {
 
 namespace {
@@ -216,6 +214,26 @@ void check(const Export& e, std::span<const int> lengths) {
       if (checker.failed()) return;
     }
   }
+}
+
+void checkOn(const Export& e, std::vector<const void*> sources, int len, RoundMode mode, int scaleFactor) {
+  Bytes out(e.operands.back()->size * static_cast<std::size_t>(len));
+  sources.push_back(out.data());
+  std::vector<void*> operands;
+  for (const void* p : sources) operands.push_back(const_cast<void*>(p));
+  const Status status = e.call(operands.data(), len, mode, scaleFactor);
+  const Verdict v = e.judge(sources.data(), out.data(), len, mode, scaleFactor);
+  EXPECT_EQ(status, v.status) << e.name;
+  EXPECT_EQ(v.wrong, -1) << e.name << " mode " << mode << " scaleFactor " << scaleFactor << ": expected " << v.expected;
+}
+
+std::pair<std::vector<std::uint8_t>, std::vector<std::uint8_t>> allBytePairs() {
+  std::vector<std::uint8_t> fast, slow;
+  for (const unsigned i : allShorts<std::uint16_t>()) {
+    fast.push_back(static_cast<std::uint8_t>(i));
+    slow.push_back(static_cast<std::uint8_t>(i >> 8));
+  }
+  return {fast, slow};
 }
 
 }  // namespace ovks::test

@@ -17,6 +17,7 @@
 #pragma once
 
 #include <functional>
+#include <numeric>
 #include <span>
 #include <sstream>
 #include <string>
@@ -126,8 +127,19 @@ std::vector<int> usualLengths();
 // Runs the export over the lengths; see above.
 void check(const Export& e, std::span<const int> lengths);
 
-// Judges one call on these operands, constants among them, the last being the destination.
-void checkOn(const Export& e, std::span<const void* const> operands, int len, RoundMode mode, int scaleFactor);
+// Judges one call out of place, on these sources.
+void checkOn(const Export& e, std::vector<const void*> sources, int len, RoundMode mode, int scaleFactor);
+
+// All pairs of bytes: the first vector counts fast, the second slowly.
+std::pair<std::vector<std::uint8_t>, std::vector<std::uint8_t>> allBytePairs();
+
+// All 16-bit numbers.
+template <class T>
+std::vector<T> allShorts() {
+  std::vector<T> v(1 << 16);
+  std::iota(v.begin(), v.end(), T{0});
+  return v;
+}
 
 namespace detail {
 

@@ -19,20 +19,29 @@ concept ComplexElement = requires(T z) {
 // numerator / denominator * 2^exponent, exactly. Sums and products are of integers.
 struct Exact {
   __int128 numerator = 0, denominator = 1;
-  int exponent = 0;
+  long long exponent = 0;
   int leastFactor = INT_MIN;  // below it, scaling saturates by the sign
 
   Exact() = default;
   template <class T>
   requires std::is_integral_v<T> || std::is_same_v<T, __int128>
   constexpr Exact(T x) : numerator(x) {}
-  // NaN counts as 0, infinity as more than any integer.
+  // NaN counts as 0.
   template <std::floating_point T>
   explicit Exact(T x) {
     if (std::isnan(x)) return;
-    int e = 1 << 20;
-    numerator = std::isinf(x) ? (x > 0 ? 1 : -1) : static_cast<__int128>(std::ldexp(std::frexp(x, &e), 64));
-    exponent = e - 64;
+    if (std::isinf(x)) {
+      *this = infinite(x > 0 ? 1 : -1);
+    } else {
+      int e;
+      numerator = static_cast<__int128>(std::ldexp(std::frexp(x, &e), 64));
+      exponent = e - 64;
+    }
+  }
+  // Saturates by the sign, whatever the scale factor; 0 stays 0.
+  static Exact infinite(Exact sign) {
+    sign.exponent = 1LL << 40;
+    return sign;
   }
 
   friend Exact operator+(Exact a, Exact b) { return a.numerator + b.numerator; }
@@ -56,7 +65,7 @@ struct Exact {
     const U n = static_cast<U>(numerator < 0 ? -numerator : numerator);
     const U d = static_cast<U>(denominator < 0 ? -denominator : denominator);
     U whole = n / d, rest = n % d;
-    long long shift = static_cast<long long>(exponent) - scaleFactor;
+    long long shift = exponent - scaleFactor;
     if (n != 0 && scaleFactor < leastFactor) whole = kHuge;
     for (; shift > 0 && n != 0 && whole < kHuge; --shift) {
       whole = 2 * whole + (2 * rest >= d);

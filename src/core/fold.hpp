@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: MIT
+// Reductions: vectors of elements folded into one accumulator.
+//
+// fold(start, n, src...) feeds n elements of each source to copies of an accumulator, a vector at a time, and merges
+// the copies: independent chains hide the latency of an addition. An accumulator has
+//   kElements          how many elements it takes at once
+//   kChains            how many copies work side by side, a power of two
+//   add(vectors...)    takes kElements elements of each source
+//   merge(other)       takes what another copy has
+//   fill()             what stands for elements beyond the end, where zero would count
+// The order of additions depends on n alone, never on addresses.
+#pragma once
+
+#include "core/element.hpp"
+#include "core/pack.hpp"
+
+namespace ovks {
+
+template <class V>
+OVKS_INLINE auto halves(V v) {
+  constexpr int n = lanes<V> / 2;
+  return [&]<std::size_t... i>(std::index_sequence<i...>) {
+    using H = Vec<Lane<V>, n>;
+    return Pair<H>{__builtin_shufflevector(v, v, static_cast<int>(i)...),
+                   __builtin_shufflevector(v, v, (static_cast<int>(i) + n)...)};
+  }
+  (std::make_index_sequence<n>{});
+}
+
+// op on the halves of v until two lanes are left: those of a complex value, or two parts of a real one.
+template <class V, class Op>
+OVKS_INLINE auto foldLanes(V v, Op op) {
+  if constexpr (lanes<V> == 2) {
+    return v;
+  } else {
+    const auto h = halves(v);
+    return foldLanes(op(h.first, h.second), op);
+  }
+}
+
+inline constexpr auto kPlus = [](auto a, auto b) { return a + b; };
+inline constexpr auto kMax = [](auto a, auto b) { return a > b ? a : b; };
+
+namespace detail {
+
+// The lanes of v from the n-th on replaced by x.
+template <class V>
+OVKS_INLINE V filledFrom(std::ptrdiff_t n, V v, Lane<V> x) {
+  using I = decltype(v == v);
+  I index;
+  for (int i = 0; i < lanes<V>; ++i) index[i] = static_cast<Lane<I>>(i);
+  return index < broadcast<I>(static_cast<Lane<I>>(n)) ? v : broadcast<V>(x);
+}
+
+template <class A, class... S>
+class Fold {
+ public:
+  OVKS_INLINE explicit Fold(const A& start) {
+    for (A& c : chain_) c = start;
+  }
+
+  OVKS_INLINE A operator()(std::ptrdiff_t n, const S*... src) {
+    std::ptrdiff_t i = 0;
+    for (; i + A::kChains * N <= n; i += A::kChains * N) block<A::kChains>(i, src...);
+    rest<A::kChains / 2>(i, n, src...);
+    if (i < n) part(i, n - i, src...);
+    merge<A::kChains / 2>();
+    return chain_[0];
+  }
+
+ private:
+  static constexpr std::ptrdiff_t N = A::kElements;
+
+  OVKS_INLINE void one(std::size_t chain, std::ptrdiff_t i, const S*... src) {
+    chain_[chain].add(load<Elements<S, int{N}>>(src + i)...);
+  }
+
+  template <int count>
+  OVKS_INLINE void block(std::ptrdiff_t i, const S*... src) {
+    [&]<std::size_t... u>(std::index_sequence<u...>) { (one(u, i + std::ptrdiff_t{u} * N, src...), ...); }
+    (std::make_index_sequence<count>{});
+  }
+
+  // What is left for fewer than all chains.
+  template <int count>
+  OVKS_INLINE void rest(std::ptrdiff_t& i, std::ptrdiff_t n, const S*... src) {
+    if constexpr (count > 0) {
+      if (i + count * N <= n) {
+        block<count>(i, src...);
+        i += count * N;
+      }
+      rest<count / 2>(i, n, src...);
+    }
+  }
+
+  OVKS_INLINE void part(std::ptrdiff_t i, std::ptrdiff_t n, const S*... src) {
+    A& last = chain_[A::kChains - 1];
+    if constexpr (requires { last.fill(); }) {
+      last.add(filledFrom(n, loadPart<Elements<S, int{N}>>(src + i, n), last.fill())...);
+    } else {
+      last.add(loadPart<Elements<S, int{N}>>(reals(src + i), n * parts<S>)...);
+    }
+  }
+
+  template <int count>
+  OVKS_INLINE void merge() {
+    if constexpr (count > 0) {
+      [&]<std::size_t... u>(std::index_sequence<u...>) { (chain_[u].merge(chain_[u + count]), ...); }
+      (std::make_index_sequence<count>{});
+      merge<count / 2>();
+    }
+  }
+
+  A chain_[A::kChains];
+};
+
+}  // namespace detail
+
+template <class A, class... S>
+OVKS_INLINE A fold(const A& start, std::ptrdiff_t n, const S*... src) {
+  return detail::Fold<A, S...>(start)(n, src...);
+}
+
+}  // namespace ovks

@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: MIT
+// Convolution in the time domain: y[n] = sum of taps[k] x[n - k], 0 <= k < tapsLen.
+//
+// Several vectors of outputs by several taps one vector apart: the inputs x[n0 + E m - k0], E elements to a vector, serve
+// the outputs E j and the taps k0 + E i with j - i = m, so that I + J - 1 loads feed I J multiply-adds. The plain loop's
+// load for each multiply-add, mostly across two cache lines, is what bounds it.
+//
+// Complex data accumulate the products with the taps' real and imaginary parts apart, and combine them at the end.
+//
+// The order of additions for an output depends on tapsLen alone, so that cutting a stream does not change a bit.
+#pragma once
+
+#include "core/complex.hpp"
+#include "core/element.hpp"
+
+namespace ovks {
+
+template <class T, int kBytes = kVectorBytes>
+class DirectFilter {
+ public:
+  DirectFilter(const T* taps, int tapsLen) : taps_(reals(taps)), tapsLen_(tapsLen) {}
+
+  // y[0 .. n - 1] from x[-(tapsLen - 1) .. n - 1]; y and x lie apart.
+  void run(const T* x, T* y, std::ptrdiff_t n) const {
+    if (n < E) return part(x, y, n);
+    std::ptrdiff_t i = 0;
+    for (; i + kOutputs * E <= n; i += kOutputs * E) block<kOutputs>(x + i, y + i);
+    if (i + kOutputs / 2 * E <= n) {
+      block<kOutputs / 2>(x + i, y + i);
+      i += kOutputs / 2 * E;
+    }
+    for (; i + E <= n; i += E) block<1>(x + i, y + i);
+    if (i < n) block<1>(x + n - E, y + n - E);
+  }
+
+ private:
+  using R = Real<T>;
+  using V = Vec<R, kBytes / sizeof(R)>;
+  static constexpr int P = parts<T>;
+  static constexpr int E = lanes<V> / P;
+  static constexpr int kOutputs = P == 2 && !kAvx512 ? 4 : 8;
+  static constexpr int kRows = P == 2 && !kAvx512 ? 2 : 4;
+
+  template <int J>
+  struct Accumulators {
+    V sum[P][J] = {};
+
+    OVKS_INLINE V result(int j) const {
+      if constexpr (P == 1) return sum[0][j];
+      // Imaginary taps turn (re, im) into (-im, re).
+      else return fmaSubAdd(sum[0][j], broadcast<V>(1), swapParts(sum[1][j]));
+    }
+  };
+
+  template <int J>
+  OVKS_INLINE void block(const T* x, T* y) const {
+    Accumulators<J> a;
+    accumulate(a, [x](std::ptrdiff_t i) { return load<V>(x + i); });
+    for (int j = 0; j < J; ++j) store(y + j * E, a.result(j));
+  }
+
+  void part(const T* x, T* y, std::ptrdiff_t n) const {
+    Accumulators<1> a;
+    accumulate(a, [x, n](std::ptrdiff_t i) { return loadPart<V>(reals(x + i), n * P); });
+    storePart(reals(y), a.result(0), n * P);
+  }
+
+  // at(i) gives the inputs from x[i] on.
+  template <int J, class F>
+  OVKS_INLINE void accumulate(Accumulators<J>& a, F at) const {
+    int first = 0;
+    for (; first + kRows * E <= tapsLen_; first += kRows * E) {
+      for (int k = first; k < first + E; ++k) rows<kRows>(a, at, k);
+    }
+    const int rest = tapsLen_ - first, whole = rest / E, last = first + rest % E;
+    remaining(a, at, first, last, whole + 1);
+    remaining(a, at, last, first + E, whole);
+  }
+
+  // Taps k .. end - 1, each with the ones whole vectors behind it, count rows in all.
+  template <int J, class F>
+  OVKS_INLINE void remaining(Accumulators<J>& a, F at, int k, int end, int count) const {
+    if (count == 1) {
+      for (; k < end; ++k) rows<1>(a, at, k);
+    } else if (count == 2) {
+      for (; k < end; ++k) rows<2>(a, at, k);
+    } else if (count == 3) {
+      for (; k < end; ++k) rows<3>(a, at, k);
+    } else if (count == 4) {
+      for (; k < end; ++k) rows<4>(a, at, k);
+    }
+  }
+
+  // The taps k, k + E, ... k + (I - 1) E.
+  template <int I, int J, class F>
+  OVKS_INLINE void rows(Accumulators<J>& a, F at, int k) const {
+    V tap[P][I];
+    for (int p = 0; p < P; ++p) {
+      for (int i = 0; i < I; ++i) tap[p][i] = broadcast<V>(taps_[(k + i * E) * P + p]);
+    }
+#pragma GCC unroll 16
+    for (int m = J - 1; m > -I; --m) {
+      const V x = inRegister(at(m * E - k));
+#pragma GCC unroll 4
+      for (int i = 0; i < I; ++i) {
+        const int j = m + i;
+        if (j < 0 || j >= J) continue;
+        for (int p = 0; p < P; ++p) a.sum[p][j] = fma(tap[p][i], x, a.sum[p][j]);
+      }
+    }
+  }
+
+  const R* taps_;
+  int tapsLen_;
+};
+
+}  // namespace ovks

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+// Sorting narrow elements by counting them.
+#pragma once
+
+#include "sort/keys.hpp"
+#include "sort/network.hpp"
+
+namespace ovks::sort {
+
+// Counts of up to 256 values. Four tables: a count just written is slow to read again, and equal elements tend to be
+// neighbours.
+struct Histogram {
+  alignas(64) uint32_t table[4][256];
+
+  Histogram() { __builtin_memset(table, 0, sizeof table); }
+  uint32_t& operator[](int value) { return table[0][value]; }
+
+  // Counts value(p[i]), which is below 256.
+  template <class K, class F>
+  void count(const K* p, std::ptrdiff_t n, F value) {
+    std::ptrdiff_t i = 0;
+    for (; i + 8 <= n; i += 8) {
+      unroll<8>([&](auto k) __attribute__((always_inline)) { ++table[k % 4][value(p[i + k])]; });
+    }
+    for (; i < n; ++i) ++table[0][value(p[i])];
+    for (int k = 0; k < 256; ++k) table[0][k] += table[1][k] + table[2][k] + table[3][k];
+  }
+
+  // Counts become the places where the values begin.
+  void toPlaces() {
+    uint32_t sum = 0;
+    for (uint32_t& c : table[0]) {
+      const uint32_t here = c;
+      c = sum;
+      sum += here;
+    }
+  }
+};
+
+// Sorts keys of less than 256 values from `low` on into elements.
+template <class K>
+void countFewValues(K* p, std::ptrdiff_t n, const Order<K>& order, K low) {
+  Histogram histogram;
+  histogram.count(p, n, [=](K key) { return static_cast<unsigned char>(key - low); });
+  for (int k = 0; k < 256; ++k) {
+    fill(p, histogram[k], elementOf(order, static_cast<K>(low + k)));
+    p += histogram[k];
+  }
+}
+
+// From this length on counting beats comparing 16-bit keys.
+inline constexpr std::ptrdiff_t kCountAbove = 1 << 14;
+
+// The same for up to 2^16 values. A table of bytes stays near the processor. What does not fit a byte is put down as a
+// key that stands for 255: the part of the range that has been read already has room for those, at least until the
+// elements that they stand for are written, from the end of the range downwards.
+void countManyValues(int16_t* p, std::ptrdiff_t n, const Order<int16_t>& order, int16_t low, int16_t high);
+
+}  // namespace ovks::sort

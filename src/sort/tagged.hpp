@@ -1,0 +1,136 @@
+// SPDX-License-Identifier: MIT
+// Short ranges of keys that carry positions.
+#pragma once
+
+#include "sort/block.hpp"
+
+namespace ovks::sort {
+
+// A row of a network whose keys are too wide to share a lane with their positions.
+template <int L>
+struct TaggedRow {
+  Vec<int64_t, L> key, tag;
+};
+
+template <int L>
+OVKS_INLINE void swapWhere(Vec<int64_t, L> where, TaggedRow<L>& a, TaggedRow<L>& b) {
+  const TaggedRow<L> c = a;
+  a = {where ? b.key : a.key, where ? b.tag : a.tag};
+  b = {where ? c.key : b.key, where ? c.tag : b.tag};
+}
+
+template <int L>
+OVKS_INLINE void exchange(TaggedRow<L>& a, TaggedRow<L>& b) {
+  swapWhere<L>(b.key < a.key, a, b);
+}
+
+// Equal keys stay: both of the lanes that meet must come to the same decision.
+template <int bit, int L>
+OVKS_INLINE void exchangeAcross(TaggedRow<L>& a, TaggedRow<L>& b) {
+  const Vec<int64_t, L> less = b.key < a.key, more = a.key < b.key;
+  swapWhere<L>(pick(less, more, [](int i) { return i & bit ? i + L : i; }), a, b);
+}
+
+template <int mask, int L>
+OVKS_INLINE TaggedRow<L> swapLanes(TaggedRow<L> row) {
+  return {swapLanes<mask>(row.key), swapLanes<mask>(row.tag)};
+}
+
+template <int bit, int L>
+OVKS_INLINE void swapBlocks(TaggedRow<L>& a, TaggedRow<L>& b) {
+  detail::swapBlocks<bit>(a.key, b.key);
+  detail::swapBlocks<bit>(a.tag, b.tag);
+}
+
+template <int L>
+OVKS_INLINE bool any(Vec<int64_t, L> mask) {
+  if constexpr (L == 8) return _mm512_movepi64_mask(bits<__m512i>(mask)) != 0;
+  else return _mm256_movemask_pd(bits<__m256d>(mask)) != 0;
+}
+
+// The first n tags of a row; without `tag`, the positions from `from` on.
+template <int L>
+OVKS_INLINE Vec<int64_t, L> loadTags(const int32_t* tag, std::ptrdiff_t from, std::ptrdiff_t n, bool fresh) {
+  if (fresh) return detail::laneNumbers<Vec<int64_t, L>>() + broadcast<Vec<int64_t, L>>(from);
+  return resize<Vec<int64_t, L>>(loadRow<Vec<int32_t, L>>(tag + from, n - from, Vec<int32_t, L>{}));
+}
+
+// Key and position in one lane, key above: for keys of up to 32 bits.
+template <int R, int L, class K>
+[[gnu::noinline]] void sortTaggedBlock(K* key, int32_t* tag, std::ptrdiff_t n, const Order<K>& in, const Order<K>& out,
+                                       bool fresh) {
+  using Narrow = Vec<K, L>;
+  using V = Vec<int64_t, L>;
+  constexpr int64_t last = 0x7fffffffffffffff;
+  V v[R];
+  unroll<R>([&](auto r) __attribute__((always_inline)) {
+    const Narrow k = in.key(loadRow<Narrow>(key + r * L, n - r * L, Narrow{}));
+    const V packed = resize<V>(k) << 32 | loadTags<L>(tag, r * L, n, fresh);
+    v[r] = detail::laneNumbers<V>() < broadcast<V>(n - r * L) ? packed : broadcast<V>(last);
+  });
+  sortRows<L>(v);
+  unroll<R>([&](auto r) __attribute__((always_inline)) {
+    constexpr int rank = rankOf<R, L>(r);
+    storeRow<Narrow>(key + rank, out.element(resize<Narrow>(v[r] >> 32)), n - rank);
+    storeRow<Vec<int32_t, L>>(tag + rank, resize<Vec<int32_t, L>>(v[r]), n - rank);
+  });
+}
+
+// What a network cannot do: keys that equal the padding.
+inline void insertTagged(int64_t* key, int32_t* tag, std::ptrdiff_t n, const Order<int64_t>& in,
+                         const Order<int64_t>& out, bool fresh) {
+  using Scalar = Vec<int64_t, 2>;
+  const auto at = [](const int64_t* p, const auto& map) { return map(Scalar{*p})[0]; };
+  for (std::ptrdiff_t i = 0; i < n; ++i) {
+    const int64_t moving = at(key + i, [&](Scalar x) { return in.key(x); });
+    const int32_t position = fresh ? static_cast<int32_t>(i) : tag[i];
+    std::ptrdiff_t j = i;
+    for (; j > 0 && moving < key[j - 1]; --j) {
+      key[j] = key[j - 1];
+      tag[j] = tag[j - 1];
+    }
+    key[j] = moving;
+    tag[j] = position;
+  }
+  for (std::ptrdiff_t i = 0; i < n; ++i) key[i] = at(key + i, [&](Scalar x) { return out.element(x); });
+}
+
+// Keys too wide to share a lane with their positions.
+template <int R, int L>
+[[gnu::noinline]] void sortTaggedBlock(int64_t* key, int32_t* tag, std::ptrdiff_t n, const Order<int64_t>& in,
+                                       const Order<int64_t>& out, bool fresh) {
+  using V = Vec<int64_t, L>;
+  const V last = broadcast<V>(0x7fffffffffffffff), rest = in.element(last);
+  TaggedRow<L> v[R];
+  V taken{};
+  unroll<R>([&](auto r) __attribute__((always_inline)) {
+    v[r] = {in.key(loadRow<V>(key + r * L, n - r * L, rest)), loadTags<L>(tag, r * L, n, fresh)};
+    taken |= (v[r].key == last) & (detail::laneNumbers<V>() < broadcast<V>(n - r * L));
+  });
+  if (any<L>(taken)) return insertTagged(key, tag, n, in, out, fresh);
+  sortRows<L>(v);
+  unroll<R>([&](auto r) __attribute__((always_inline)) {
+    constexpr int rank = rankOf<R, L>(r);
+    storeRow<V>(key + rank, out.element(v[r].key), n - rank);
+    storeRow<Vec<int32_t, L>>(tag + rank, resize<Vec<int32_t, L>>(v[r].tag), n - rank);
+  });
+}
+
+template <class K>
+inline constexpr std::ptrdiff_t kTaggedBlock = !kAvx512         ? 32
+                                               : sizeof(K) == 8 ? 64
+                                                                : 128;
+
+// Sorts key[0, n) with the positions beside: the tags' own, or fresh ones.
+template <class K>
+OVKS_INLINE void sortTaggedShort(K* key, int32_t* tag, std::ptrdiff_t n, const Order<K>& in, const Order<K>& out,
+                                 bool fresh) {
+  if (n <= 16) return sortTaggedBlock<4, 4>(key, tag, n, in, out, fresh);
+  if (n <= 32) return sortTaggedBlock<8, 4>(key, tag, n, in, out, fresh);
+  if constexpr (kTaggedBlock<K> >= 64) {
+    if (n <= 64) return sortTaggedBlock<8, 8>(key, tag, n, in, out, fresh);
+  }
+  if constexpr (kTaggedBlock<K> >= 128) return sortTaggedBlock<16, 8>(key, tag, n, in, out, fresh);
+}
+
+}  // namespace ovks::sort

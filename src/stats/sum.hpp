@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+// Accumulators of sums.
+#pragma once
+
+#include "core/product.hpp"
+#include "stats/total.hpp"
+
+namespace ovks {
+
+// What single-precision lanes add before double precision takes over.
+inline constexpr std::ptrdiff_t kFastBlock = 8192;
+
+// Elements of T that accumulators of W take at once. Half a vector widens without crossing lanes, which makes it more
+// than twice as quick as a whole one where whole ones are two halves inside.
+template <class T, class W>
+inline constexpr int kTaken = (sizeof(T) < sizeof(W) ? 32 : kVectorBytes) / int{sizeof(W)};
+
+// An accumulator that is read and cleared after every kFastBlock elements.
+template <class A>
+struct Fast : A {
+  static constexpr std::ptrdiff_t kBlock = kFastBlock;
+};
+
+// total + x, by the multiplier where the adder is busy converting.
+template <class V, class X>
+OVKS_INLINE V plusWidened(V total, X x) {
+  using F = Lane<V>;
+  if constexpr (std::is_floating_point_v<F> && !std::is_same_v<V, X>) return fma(convert<F>(x), broadcast<V>(1), total);
+  else return total + convert<F>(x);
+}
+
+// Elements of T in lanes of W's.
+template <class T, class W>
+struct LaneSum {
+  static constexpr int kElements = kTaken<T, W>, kChains = 8;
+  Elements<W, kElements> sum{};
+
+  OVKS_INLINE void add(Elements<T, kElements> v) { sum = plusWidened(sum, v); }
+  OVKS_INLINE void merge(const LaneSum& o) { sum += o.sum; }
+  OVKS_INLINE auto parts() const { return partsOf<T>(foldLanes(sum, kPlus)); }
+};
+
+// A sum of 32-bit lanes.
+template <class V>
+OVKS_INLINE int64_t laneTotal(V v) {
+  const auto p = widen(v);
+  const auto two = foldLanes(p.first + p.second, kPlus);
+  return two[0] + two[1];
+}
+
+// 16-bit integers in 32-bit lanes.
+template <class T>
+struct ShortSum {
+  static constexpr int kElements = kVectorBytes / int{sizeof(T)}, kChains = 4;
+  // Each step adds at most 2^16 to a lane.
+  static constexpr std::ptrdiff_t kBlock = (std::ptrdiff_t{1} << 14) * kElements;
+  using V = Elements<T, kElements>;
+  WideVec<V> re{}, im{};
+
+  OVKS_INLINE void add(V v) {
+    if constexpr (isComplex<T>) {
+      re += bits<WideVec<V>>(v) << 16 >> 16;
+      im += bits<WideVec<V>>(v) >> 16;
+    } else {
+      re += detail::multiplyNeighbours(v, broadcast<V>(1));
+    }
+  }
+  OVKS_INLINE void merge(const ShortSum& o) {
+    re += o.re;
+    if constexpr (isComplex<T>) im += o.im;
+  }
+  OVKS_INLINE Parts<int64_t> parts() const { return {laneTotal(re), isComplex<T> ? laneTotal(im) : 0}; }
+};
+
+template <class T>
+OVKS_INLINE auto sumOf(const T* src, std::ptrdiff_t n, [[maybe_unused]] AlgHint hint = AlgHintNone) {
+  if constexpr (sizeof(Real<T>) == 2) {
+    return total<ShortSum<T>>(n, src);
+  } else if constexpr (isInteger<T>) {
+    return total<LaneSum<T, int64_t>>(n, src);
+  } else {
+    using W = std::conditional_t<isComplex<T>, Complex64f, double>;
+    if (sizeof(Real<T>) == 4 && hint == AlgHintFast) return total<Fast<LaneSum<T, T>>>(n, src);
+    return total<LaneSum<T, W>>(n, src);
+  }
+}
+
+}  // namespace ovks

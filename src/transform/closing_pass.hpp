@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: MIT
+// The closing pass: tiles of L rows, transposed, turned and transformed across their lanes, into natural order.
+#pragma once
+
+#include "transform/passes.hpp"
+
+namespace ovks::fft {
+
+// Twiddles exp(-2 pi i l k / N) for lane l of the L rows k = g L + 0 ... L - 1 of tile g, one vector each.
+template <class V>
+struct TileTwiddles {
+  using T = Lane<V>;
+  static constexpr int kPerTile = (lanes<V> - 1) * 2 * lanes<V>;
+
+  const T* table;
+
+  template <Direction D, int l>
+  OVKS_INLINE Complex<V> turn(std::ptrdiff_t g, Complex<V> x) const {
+    const T* w = table + g * kPerTile + (l - 1) * 2 * lanes<V>;
+    return fft::turn<D>(x, load<V>(w), load<V>(w + lanes<V>));
+  }
+};
+
+// The same as products of exp(-2 pi i l g L / N), a number for each tile, and exp(-2 pi i l r / N) for row r of a tile:
+// next to no memory, where reading it would take longer than the product.
+template <class V>
+struct TileTwiddleProducts {
+  using T = Lane<V>;
+  static constexpr int kPerTile = (lanes<V> - 1) * 2;
+
+  const T *tiles, *rows;
+
+  template <Direction D, int l>
+  OVKS_INLINE Complex<V> turn(std::ptrdiff_t g, Complex<V> x) const {
+    const T* w = tiles + g * kPerTile + (l - 1) * 2;
+    const T* r = rows + (l - 1) * 2 * lanes<V>;
+    const Complex<V> row = {load<V>(r), load<V>(r + lanes<V>)};
+    const Complex<V> p = fft::turn<Direction::forward>(row, splat<V>(w[0]), splat<V>(w[1]));
+    return fft::turn<D>(x, p.re, p.im);
+  }
+};
+
+// Tile g of m rows, the first of which is given; step j of its spectrum goes to out.put at first + j * outStep.
+template <Direction D, bool scale, class V, class Twiddles, class Out>
+OVKS_INLINE void closeTile(Rows<V> tile, std::ptrdiff_t step, std::ptrdiff_t g, Twiddles twiddles, Out out,
+                           std::ptrdiff_t first, std::ptrdiff_t outStep, Lane<V> factor) {
+  const V f = splat<V>(factor);
+  acrossLanes<D, V>(
+      [&](auto r) __attribute__((always_inline)) { return tile.get(bitReversed(r, log2OfPower(lanes<V>)) * step); },
+      [&](auto l, Complex<V> x)
+          __attribute__((always_inline)) { return twiddles.template turn<D, decltype(l)::value>(g, x); },
+      [&](auto j, Complex<V> x) __attribute__((always_inline)) {
+        if constexpr (scale) x = {x.re * f, x.im * f};
+        out.put(first + j * outStep, x);
+      });
+}
+
+// Row r of tile g of the spectrum stands in the row with r's bits reversed of tile reverse(g).
+template <class V>
+OVKS_INLINE std::ptrdiff_t reverseTile(const int32_t* bitReversal, std::ptrdiff_t g) {
+  return bitReversal[g] >> (2 * log2OfPower(lanes<V>) - 1);
+}
+
+// From rows into another place.
+template <Direction D, bool scale, class V, class Twiddles, class Points>
+[[gnu::noinline]] void closingPass(Rows<V> rows, Points dst, std::ptrdiff_t m, Twiddles twiddles,
+                                   const int32_t* bitReversal, Lane<V> factor) {
+  constexpr int L = lanes<V>;
+  for (std::ptrdiff_t g = 0; g < m / L; ++g)
+    closeTile<D, scale>(rows.from(reverseTile<V>(bitReversal, g)), m / L, g, twiddles, dst, g * L, m, factor);
+}
+
+// In place: the points dst are the rows. Tiles change places in pairs.
+template <Direction D, bool scale, class V, class Twiddles, class Points>
+[[gnu::noinline]] void closingPassInPlace(Points dst, std::ptrdiff_t m, Twiddles twiddles, const int32_t* bitReversal,
+                                          Lane<V> factor) {
+  using T = Lane<V>;
+  constexpr int L = lanes<V>;
+  const Rows<V> rows = rowsIn<V>(dst);
+  alignas(64) T scratch[2 * L * L];
+  const Split<T> held = {scratch, scratch + L * L};
+  for (std::ptrdiff_t g = 0; g < m / L; ++g) {
+    const std::ptrdiff_t r = reverseTile<V>(bitReversal, g);
+    if (r < g) continue;
+    if (r == g) {
+      closeTile<D, scale>(rows.from(g), m / L, g, twiddles, dst, g * L, m, factor);
+      continue;
+    }
+    closeTile<D, scale>(rows.from(r), m / L, g, twiddles, held, 0, L, factor);
+    closeTile<D, scale>(rows.from(g), m / L, r, twiddles, dst, r * L, m, factor);
+    for (int j = 0; j < L; ++j) dst.put(g * L + j * m, held.template get<V>(j * L));
+  }
+}
+
+}  // namespace ovks::fft

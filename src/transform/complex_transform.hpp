@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: MIT
+// The complex transform from order 7 on: all passes through the work buffer while everything fits the caches, in the
+// destination itself above.
+#pragma once
+
+#include "transform/closing_pass.hpp"
+#include "transform/spec.hpp"
+
+namespace ovks::fft {
+
+// A block that fits is finished pass by pass; a larger one is cut up first, each part then finished on its own.
+inline constexpr std::ptrdiff_t kCacheBlock = 16384;
+
+// Where the parts of the twiddle area begin, in elements.
+template <class T>
+struct TwiddleLayout {
+  std::ptrdiff_t tileRows = 0, tiles = 0, columns = 0;
+
+  explicit TwiddleLayout(int order) {
+    const std::ptrdiff_t lanes = rowLanes<T>(order), n = std::ptrdiff_t{1} << order;
+    if (order > kMaxInCacheOrder<T>) {
+      tiles = 2 * lanes * (lanes - 1);
+      columns = aligned(tiles + n / lanes / lanes * 2 * (lanes - 1));
+    } else {
+      columns = n / lanes * 2 * (lanes - 1);
+    }
+  }
+};
+
+template <Direction D, class V>
+void blocksPass(int bits, Rows<V> rows, std::ptrdiff_t m, std::ptrdiff_t blocks, const Lane<V>* w) {
+  if (bits == 2) blocksPass<D, 4>(rows, m, blocks, w);
+  else if (bits == 3) blocksPass<D, 8>(rows, m, blocks, w);
+  else blocksPass<D, 16>(rows, m, blocks, w);
+}
+
+template <Direction D, class V, class In>
+void firstPass(int bits, In in, Rows<V> out, std::ptrdiff_t m) {
+  if (bits == 2) firstPass<D, 4>(in, out, m);
+  else if (bits == 3) firstPass<D, 8>(in, out, m);
+  else firstPass<D, 16>(in, out, m);
+}
+
+// The passes over columns but the first, on blocks of rows.
+template <Direction D, class V>
+class Columns {
+ public:
+  using T = Lane<V>;
+
+  Columns(const Passes& passes, const T* twiddles) : passes_(passes), twiddles_(twiddles) {}
+
+  // From pass s on, n blocks of m rows each from the given one of `blocks` in all.
+  void run(int s, Rows<V> rows, std::ptrdiff_t m, std::ptrdiff_t block, std::ptrdiff_t n, std::ptrdiff_t blocks) const {
+    if (n > 1 && n * m * std::ptrdiff_t{2 * sizeof(V)} > kCacheBlock) {
+      for (std::ptrdiff_t b = 0; b < n; ++b) run(s, rows.from(b * m), m, block + b, 1, blocks);
+      return;
+    }
+    for (; s < passes_.count; ++s) {
+      const int bits = passes_.bits[s];
+      const std::ptrdiff_t set = 2 * ((1 << bits) - 1);
+      blocksPass<D>(bits, rows, m, n, twiddles_ + columnTwiddles(blocks, passes_.bits[0]) + block * set);
+      m >>= bits, n <<= bits, block <<= bits, blocks <<= bits;
+      if (n * m * std::ptrdiff_t{2 * sizeof(V)} > kCacheBlock) return run(s + 1, rows, m, block, n, blocks);
+    }
+  }
+
+ private:
+  const Passes& passes_;
+  const T* twiddles_;
+};
+
+template <class T>
+struct Job {
+  int order;
+  const T* twiddles;
+  const int32_t* bitReversal;
+  T* work;
+  bool scale;
+  T factor;
+};
+
+template <Direction D, class V, class Points>
+void inCache(const Job<Lane<V>>& job, Points src, Points dst) {
+  using T = Lane<V>;
+  const std::ptrdiff_t m = (std::ptrdiff_t{1} << job.order) / lanes<V>;
+  const Passes passes = passesOf<T>(job.order);
+  const TwiddleLayout<T> layout(job.order);
+  const Rows<V> rows = rowsIn<V>(Interleaved<T>{job.work});
+  const int bits = passes.bits[0];
+  firstPass<D>(bits, PointRows<V, Points>{src}, rows, m);
+  const std::ptrdiff_t blocks = std::ptrdiff_t{1} << bits;
+  Columns<D, V>(passes, job.twiddles + layout.columns).run(1, rows, m >> bits, 0, blocks, blocks);
+  const TileTwiddles<V> twiddles = {job.twiddles};
+  if (job.scale) closingPass<D, true>(rows, dst, m, twiddles, job.bitReversal, job.factor);
+  else closingPass<D, false>(rows, dst, m, twiddles, job.bitReversal, T(1));
+}
+
+// The first two passes, of radix 16 both, through the work buffer: 512 bytes of each of 256 rows at a time, so that
+// memory is read and written once.
+template <Direction D, class V, class Points>
+void firstTwoPasses(Points src, Rows<V> dst, std::ptrdiff_t m, const Lane<V>* twiddles, Lane<V>* work) {
+  constexpr std::ptrdiff_t kWide = 512 / (2 * sizeof(V));
+  const Rows<V> buffer = rowsIn<V>(Interleaved<Lane<V>>{work});
+  const PointRows<V, Points> rows = {src};
+  for (std::ptrdiff_t i = 0; i < m / 256; i += kWide) {
+    for (int j = 0; j < 16; ++j)
+      butterflies<D, 16, false>(rows.from(i + j * (m / 256)), m / 16, buffer.from(j * kWide), 16 * kWide, kWide,
+                                twiddles);
+    for (int b = 0; b < 16; ++b)
+      butterflies<D, 16, true>(buffer.from(b * 16 * kWide), kWide, dst.from(b * (m / 16) + i), m / 256, kWide,
+                               twiddles + b * 2 * 15);
+  }
+}
+
+template <Direction D, class V, class Points>
+void large(const Job<Lane<V>>& job, Points src, Points dst) {
+  using T = Lane<V>;
+  const std::ptrdiff_t m = (std::ptrdiff_t{1} << job.order) / lanes<V>;
+  const Passes passes = passesOf<T>(job.order);
+  const TwiddleLayout<T> layout(job.order);
+  const T* columns = job.twiddles + layout.columns;
+  const Rows<V> rows = rowsIn<V>(dst);
+  const int outer = outerBits<T>(job.order);
+  if (outer == 4) firstPass<D, 16>(PointRows<V, Points>{src}, rows, m);
+  else firstTwoPasses<D>(src, rows, m, columns, job.work);
+  const std::ptrdiff_t blocks = std::ptrdiff_t{1} << outer;
+  Columns<D, V>(passes, columns).run(outer / 4, rows, m >> outer, 0, blocks, blocks);
+  const TileTwiddleProducts<V> twiddles = {job.twiddles + layout.tiles, job.twiddles};
+  if (job.scale) closingPassInPlace<D, true, V>(dst, m, twiddles, job.bitReversal, job.factor);
+  else closingPassInPlace<D, false, V>(dst, m, twiddles, job.bitReversal, T(1));
+}
+
+// src and dst may be the same.
+template <Direction D, class Points, class T>
+void transformLong(const Job<T>& job, Points src, Points dst) {
+  if (job.order > kMaxInCacheOrder<T>) large<D, Vec<T>>(job, src, dst);
+  else if (rowLanes<T>(job.order) == kLanes<T>) inCache<D, Vec<T>>(job, src, dst);
+  else if constexpr (kAvx512 && sizeof(T) == 4) inCache<D, Vec<T, kLanes<T> / 2>>(job, src, dst);
+}
+
+}  // namespace ovks::fft

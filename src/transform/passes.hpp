@@ -1,0 +1,181 @@
+// SPDX-License-Identifier: MIT
+// The passes of a transform over rows.
+//
+// N points are seen as M = N / L rows of L lanes, x[L r + l] standing in lane l of row r. Passes of radix 2 to 16
+// transform the columns, all lanes at once and without shuffles; spectrum point k of the columns ends in the row with
+// k's bits reversed. The closing pass takes L rows of neighbouring k, transposes them, turns lane l by
+// exp(-2 pi i l k / N) and transforms across the lanes, which leaves X[k + M j] in natural order.
+//
+// A block is what one spectrum point of the earlier passes leaves to be transformed. All points of a block with
+// reversed number c among B blocks, each to be split in R, need the same R - 1 twiddles exp(-2 pi i c j / (B R)), and
+// nothing else: they depend neither on the place within the block nor, for c reversed, on B. So one short table serves
+// each pass, and twiddles are loaded once for a whole block where it is long.
+#pragma once
+
+#include "transform/access.hpp"
+
+namespace ovks::fft {
+
+// Hides where a pointer comes from: a value loaded through it again is not kept in a register.
+template <class T>
+OVKS_INLINE const T* again(const T* p) {
+  asm("" : "+r"(p));
+  return p;
+}
+template <class V>
+OVKS_INLINE void keepInRegister(V& v) {
+  asm("" : "+v"(v));
+}
+
+// Point j of the block turned by the block's twiddle. In 512-bit vectors a broadcast is free only as an operand from
+// memory, so each use of a twiddle's part loads it.
+template <Direction D, class V>
+OVKS_INLINE Complex<V> turnBy(Complex<V> x, const Lane<V>* w) {
+  const Lane<V>* u = w;
+  if constexpr (sizeof(V) == 64) {
+    keepInRegister(x.re);
+    keepInRegister(x.im);
+    u = again(w);
+  }
+  const V c = splat<V>(w[0]), s = splat<V>(w[1]), c2 = splat<V>(u[0]), s2 = splat<V>(u[1]);
+  if constexpr (D == Direction::forward) return {fma(x.re, c, -(x.im * s)), fma(x.im, c2, x.re * s2)};
+  else return {fma(x.re, c, x.im * s), fma(x.im, c2, -(x.re * s2))};
+}
+
+// n butterflies of radix R side by side: points j at rows j * inStep on from in, spectrum in bit-reversed order at
+// rows j * outStep on from out. w holds R - 1 twiddles; the first pass has none.
+template <Direction D, int R, bool twiddles, class V, class In>
+OVKS_INLINE void butterflies(In in, std::ptrdiff_t inStep, Rows<V> out, std::ptrdiff_t outStep, std::ptrdiff_t n,
+                             const Lane<V>* w) {
+  for (std::ptrdiff_t i = 0; i < n; ++i) {
+    butterfly<D, R>(
+        [&](auto j) __attribute__((always_inline)) {
+          const Complex<V> x = in.get(i + j * inStep);
+          if constexpr (twiddles && decltype(j)::value > 0) return turnBy<D>(x, w + 2 * (j - 1));
+          else return x;
+        },
+        [&](auto k, Complex<V> x)
+            __attribute__((always_inline)) { out.put(i + bitReversed(k, log2OfPower(R)) * outStep, x); });
+  }
+}
+
+// The first pass, from the caller's points into m rows.
+template <Direction D, int R, class V, class In>
+[[gnu::noinline]] void firstPass(In in, Rows<V> out, std::ptrdiff_t m) {
+  butterflies<D, R, false>(in, m / R, out, m / R, m / R, static_cast<const Lane<V>*>(nullptr));
+}
+
+// One pass over blocks of m rows each, in place, with a set of twiddles for each.
+template <Direction D, int R, class V>
+[[gnu::noinline]] void blocksPass(Rows<V> rows, std::ptrdiff_t m, std::ptrdiff_t blocks, const Lane<V>* w) {
+  if (m == R) {
+    for (std::ptrdiff_t b = 0; b < blocks; ++b, w += 2 * (R - 1), rows = rows.from(R))
+      butterflies<D, R, true>(rows, 1, rows, 1, 1, w);
+  } else {
+    for (std::ptrdiff_t b = 0; b < blocks; ++b, w += 2 * (R - 1), rows = rows.from(m))
+      butterflies<D, R, true>(rows, m / R, rows, m / R, m / R, w);
+  }
+}
+
+namespace detail {
+
+// Within 128-bit chunks: pairs of lanes from two vectors.
+template <int part>
+struct UnpackLanes {
+  template <class V>
+  static constexpr int lane(int i) {
+    constexpr int E = 16 / sizeof(Lane<V>);
+    return i / E * E + part * E / 2 + i % E / 2 + i % 2 * lanes<V>;
+  }
+};
+// Within 128-bit chunks: halves of four lanes from two vectors.
+template <int part>
+struct UnpackHalves {
+  template <class V>
+  static constexpr int lane(int i) {
+    return i / 4 * 4 + part * 2 + i % 2 + i % 4 / 2 * lanes<V>;
+  }
+};
+// Whole 128-bit chunks: the first of the two given, then the second, from each of two vectors.
+template <int first, int second>
+struct Chunks {
+  template <class V>
+  static constexpr int lane(int i) {
+    constexpr int E = 16 / sizeof(Lane<V>), half = lanes<V> / 2;
+    const int chunk = i % half / E ? second : first;
+    return chunk * E + i % E + (i >= half ? lanes<V> : 0);
+  }
+};
+
+}  // namespace detail
+
+// Transposes within each 128-bit chunk: lane e of chunk c of v[i] becomes lane i of chunk c of v[e].
+template <class V>
+OVKS_INLINE void transposeInChunks(V* v) {
+  using namespace detail;
+  const V a = shuffle2<UnpackLanes<0>>(v[0], v[1]), b = shuffle2<UnpackLanes<1>>(v[0], v[1]);
+  if constexpr (sizeof(Lane<V>) == 8) {
+    v[0] = a;
+    v[1] = b;
+  } else {
+    const V c = shuffle2<UnpackLanes<0>>(v[2], v[3]), d = shuffle2<UnpackLanes<1>>(v[2], v[3]);
+    v[0] = shuffle2<UnpackHalves<0>>(a, c);
+    v[1] = shuffle2<UnpackHalves<1>>(a, c);
+    v[2] = shuffle2<UnpackHalves<0>>(b, d);
+    v[3] = shuffle2<UnpackHalves<1>>(b, d);
+  }
+}
+
+// Transposes whole chunks: chunk c of v[i] becomes chunk i of v[c].
+template <class V>
+OVKS_INLINE void transposeChunks(V* v) {
+  using namespace detail;
+  if constexpr (sizeof(V) == 32) {
+    const V a = shuffle2<Chunks<0, 0>>(v[0], v[1]), b = shuffle2<Chunks<1, 1>>(v[0], v[1]);
+    v[0] = a;
+    v[1] = b;
+  } else if constexpr (sizeof(V) == 64) {
+    const V a = shuffle2<Chunks<0, 1>>(v[0], v[1]), b = shuffle2<Chunks<2, 3>>(v[0], v[1]);
+    const V c = shuffle2<Chunks<0, 1>>(v[2], v[3]), d = shuffle2<Chunks<2, 3>>(v[2], v[3]);
+    v[0] = shuffle2<Chunks<0, 2>>(a, c);
+    v[1] = shuffle2<Chunks<1, 3>>(a, c);
+    v[2] = shuffle2<Chunks<0, 2>>(b, d);
+    v[3] = shuffle2<Chunks<1, 3>>(b, d);
+  }
+}
+
+// L rows, row(Index<r>) giving row r, transformed across their lanes: twiddle(Index<l>, x) turns lane l of all rows,
+// out(Index<j>, x) takes point j of each row's spectrum, row r in lane r.
+//
+// The first butterflies take lanes a chunk apart, so the chunks' transposes come bit by bit between them.
+template <Direction D, class V, class Row, class Twiddle, class Out>
+OVKS_INLINE void acrossLanes(Row row, Twiddle twiddle, Out out) {
+  constexpr int L = lanes<V>, E = 16 / sizeof(Lane<V>), C = L / E;
+  Complex<V> x[L];
+  unroll<C>([&](auto c) __attribute__((always_inline)) {
+    V re[E], im[E];
+    unroll<E>([&](auto e) __attribute__((always_inline)) {
+      const Complex<V> v = row(Index<decltype(c)::value * E + decltype(e)::value>{});
+      re[e] = v.re;
+      im[e] = v.im;
+    });
+    transposeInChunks(re);
+    transposeInChunks(im);
+    unroll<E>([&](auto e) __attribute__((always_inline)) { x[c * E + e] = {re[e], im[e]}; });
+  });
+  const auto transposed = [&](auto l) __attribute__((always_inline)) {
+    constexpr int lane = decltype(l)::value;
+    if constexpr (lane < E) {
+      V re[C], im[C];
+      unroll<C>([&](auto c) __attribute__((always_inline)) { re[c] = x[c * E + lane].re, im[c] = x[c * E + lane].im; });
+      transposeChunks(re);
+      transposeChunks(im);
+      unroll<C>([&](auto c) __attribute__((always_inline)) { x[c * E + lane] = {re[c], im[c]}; });
+    }
+    if constexpr (lane == 0) return x[0];
+    else return twiddle(l, x[lane]);
+  };
+  butterfly<D, L>(transposed, out);
+}
+
+}  // namespace ovks::fft

@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+// Transforms of real signals into packed spectra and back.
+#pragma once
+
+#include "transform/complex_transform.hpp"
+#include "transform/packed_layout.hpp"
+#include "transform/real_split.hpp"
+#include "transform/small_transform.hpp"
+
+namespace ovks::fft {
+
+template <Direction D, class T>
+void splitPairs(const Spec<T>& spec, const T* src, T* dst) {
+  using V = Vec<T>;
+  const std::ptrdiff_t h = std::ptrdiff_t{1} << (spec.order - 1);
+  const T* table = spec.splitTwiddles;
+  if (splitInTwoLevels<T>(spec.order)) {
+    using Products = SplitTwiddleProducts<V>;
+    splitPairs<D, V>(src, dst, h, Products{table, table + 2 * Products::kFine});
+  } else if (splitLanes<T>(spec.order) == kLanes<T>) {
+    splitPairs<D, V>(src, dst, h, SplitTwiddles<V>{table});
+  } else if constexpr (kAvx512 && sizeof(T) == 4) {
+    using Half = Vec<T, kLanes<T> / 2>;
+    splitPairs<D, Half>(src, dst, h, SplitTwiddles<Half>{table});
+  }
+}
+
+// The complex transform of the pairs.
+template <Direction D, class T>
+void transformPairs(const Spec<T>& spec, const T* src, T* dst, T* work, bool scale, T factor) {
+  const Interleaved<T> from = {const_cast<T*>(src)}, to = {dst};
+  const int order = spec.order - 1;
+  if (order > kMaxSmallOrder)
+    return transformLong<D>(Job<T>{order, spec.twiddles, spec.bitReversal, work, scale, factor}, from, to);
+  if (scale) ShortTransforms<D, true, T, Interleaved<T>>::kOfOrder[order](from, to, factor);
+  else ShortTransforms<D, false, T, Interleaved<T>>::kOfOrder[order](from, to, factor);
+}
+
+// n reals to one place lower or higher in the same array.
+template <class T>
+void moveDown(T* p, std::ptrdiff_t n) {
+  using V = Vec<T>;
+  std::ptrdiff_t i = 0;
+  for (; i + lanes<V> <= n; i += lanes<V>) store(p + i - 1, load<V>(p + i));
+  for (; i < n; ++i) p[i - 1] = p[i];
+}
+template <class T>
+void moveUp(T* p, std::ptrdiff_t n) {
+  using V = Vec<T>;
+  for (; n >= lanes<V>; n -= lanes<V>) store(p + n - lanes<V> + 1, load<V>(p + n - lanes<V>));
+  for (; n > 0; --n) p[n] = p[n - 1];
+}
+
+// From the Perm layout, in place.
+template <class Layout, class T>
+void packSpectrum(T* p, std::ptrdiff_t n) {
+  const T half = p[1];
+  if constexpr (std::is_same_v<Layout, PackLayout>) moveDown(p + 2, n - 2);
+  p[Layout::half(n)] = half;
+  if constexpr (std::is_same_v<Layout, CcsLayout>) p[1] = p[n + 1] = 0;
+}
+
+template <class Layout, class T>
+void realForward(const Spec<T>& spec, const T* src, T* dst, T* work) {
+  const T half = static_cast<T>(0.5);
+  transformPairs<Direction::forward>(spec, src, dst, work, true, spec.scaleForward ? spec.factor * half : half);
+  const T a = dst[0] + dst[0], b = dst[1] + dst[1];
+  splitPairs<Direction::forward>(spec, dst, dst);
+  dst[0] = a + b;
+  dst[1] = a - b;
+  packSpectrum<Layout>(dst, std::ptrdiff_t{1} << spec.order);
+}
+
+template <class Layout, class T>
+void realInverse(const Spec<T>& spec, const T* src, T* dst, T* work) {
+  const std::ptrdiff_t n = std::ptrdiff_t{1} << spec.order;
+  const T a = src[0], b = src[Layout::half(n)];
+  src += Layout::kShift;
+  if (Layout::kShift != 0 && src + 1 == dst) {
+    moveUp(dst + 1, n - 2);
+    src = dst;
+  }
+  splitPairs<Direction::inverse>(spec, src, dst);
+  dst[0] = a + b;
+  dst[1] = a - b;
+  transformPairs<Direction::inverse>(spec, dst, dst, work, spec.scaleInverse != 0, spec.factor);
+}
+
+}  // namespace ovks::fft

@@ -1,0 +1,128 @@
+// SPDX-License-Identifier: MIT
+#include "support/harness.hpp"
+
+namespace ovks::test {
+namespace {
+
+// The quotient of a zero divisor.
+Exact overZero(Exact dividend) { return Exact::infinite(dividend); }
+template <std::floating_point T>
+T overZero(T dividend) {
+  if (dividend < 0 || dividend > 0) return std::copysign(std::numeric_limits<T>::infinity(), dividend);
+  if constexpr (sizeof(T) == 4) return std::bit_cast<float>(0x7fbfffff);
+  else return std::bit_cast<double>(0x7ff7ffffffffffff);
+}
+
+Exact ratio(Exact divisor, Exact dividend) {
+  dividend.denominator = divisor.numerator;
+  dividend.leastFactor = -30;
+  return dividend;
+}
+template <std::floating_point T>
+T ratio(T divisor, T dividend) {
+  return dividend / divisor;
+}
+Complex<Exact> ratio(Complex<Exact> a, Complex<Exact> c) {
+  const Exact square = a.re * a.re + a.im * a.im;
+  return {ratio(square, a.re * c.re + a.im * c.im), ratio(square, a.re * c.im - a.im * c.re)};
+}
+// Part (p + q) / |a|^2 of c / a, computed in double precision: roundings of the numerator, of the square and of the
+// quotient. Double quotients lose what vanishes once a is scaled to unit size (or 2^1023 times, when subnormal), and
+// numerators beyond their range.
+template <class T>
+Near partRatio(long double p, long double q, Complex<T> a, Complex<T> c) {
+  using L = std::numeric_limits<T>;
+  constexpr long double kUnit = L::epsilon() / 2, kWork = 0x1p-53L;
+  const long double ar = a.re, ai = a.im, square = ar * ar + ai * ai, value = (p + q) / square;
+  const long double rounded = std::max(std::fabs(p), std::fabs(q)) / square;
+  const long double sizeA = std::sqrt(square), sizeC = std::hypot(c.re, c.im);
+  if (std::isfinite(rounded) && std::max(sizeC, std::fabs(value)) > L::max() / 16) return {value, INFINITY};
+  const long double vanished = sizeof(T) == 8 ? 8 * (1 + sizeC) * std::max(1 / sizeA, 0x1p-1023L / square) : 0;
+  return {value,
+          1.001L * (kWork * rounded + (kUnit + 3 * kWork) * std::fabs(value)) + L::denorm_min() * (1 + vanished)};
+}
+template <std::floating_point T>
+Complex<Near> ratio(Complex<T> a, Complex<T> c) {
+  using W = long double;
+  return {partRatio(W{a.re} * c.re, W{a.im} * c.im, a, c), partRatio(W{a.re} * c.im, -(W{a.im} * c.re), a, c)};
+}
+
+bool isZero(Exact x) { return x.numerator == 0; }
+bool isZero(std::floating_point auto x) { return x == 0; }
+template <class T>
+bool isZero(Complex<T> x) {
+  return isZero(x.re) && isZero(x.im);
+}
+
+constexpr auto kQuotient = []<class T>(T divisor, T dividend) -> WithStatus<decltype(ratio(divisor, dividend))> {
+  if (!isZero(divisor)) return {ratio(divisor, dividend), StatusOk};
+  if constexpr (requires { ratio(divisor, dividend).re.bound; })
+    return {{{overZero(dividend.re), 0}, {overZero(dividend.im), 0}}, StatusDivByZero};
+  else if constexpr (ComplexElement<T>) return {{overZero(dividend.re), overZero(dividend.im)}, StatusDivByZero};
+  else return {overZero(dividend), StatusDivByZero};
+};
+
+constexpr auto kConstantDivisor = [](auto dividend, auto divisor) {
+  auto q = kQuotient(divisor, dividend);
+  if (q.status != StatusOk) q.status = StatusDivByZeroErr;
+  return q;
+};
+
+TEST(Div, Vectors) {
+  checkExports(kQuotient, ovksDiv_16s_ISfs, ovksDiv_16s_Sfs, ovksDiv_16sc_ISfs, ovksDiv_16sc_Sfs, ovksDiv_16u_ISfs,
+               ovksDiv_16u_Sfs, ovksDiv_32f, ovksDiv_32f_I, ovksDiv_32fc, ovksDiv_32fc_I, ovksDiv_32s16s_Sfs,
+               ovksDiv_32s_ISfs, ovksDiv_32s_Sfs, ovksDiv_64f, ovksDiv_64f_I, ovksDiv_64fc, ovksDiv_64fc_I,
+               ovksDiv_8u_ISfs, ovksDiv_8u_Sfs, ovksDiv_Round_16s_ISfs, ovksDiv_Round_16s_Sfs, ovksDiv_Round_16u_ISfs,
+               ovksDiv_Round_16u_Sfs, ovksDiv_Round_8u_ISfs, ovksDiv_Round_8u_Sfs);
+}
+
+TEST(Div, Constants) {
+  checkExports(kConstantDivisor, ovksDivC_16s_ISfs, ovksDivC_16s_Sfs, ovksDivC_16sc_ISfs, ovksDivC_16sc_Sfs,
+               ovksDivC_16u_ISfs, ovksDivC_16u_Sfs, ovksDivC_32f, ovksDivC_32f_I, ovksDivC_32fc, ovksDivC_32fc_I,
+               ovksDivC_64f, ovksDivC_64f_I, ovksDivC_64fc, ovksDivC_64fc_I, ovksDivC_64s_ISfs, ovksDivC_8u_ISfs,
+               ovksDivC_8u_Sfs);
+  checkExports(kQuotient, ovksDivCRev_16u, ovksDivCRev_16u_I, ovksDivCRev_32f, ovksDivCRev_32f_I);
+}
+
+TEST(Div, ZeroDivisors) {
+  const float divisors[] = {0.f, -0.f, 0.f, -0.f}, dividends[] = {-1.f, 1.f, -0.f, NAN};
+  std::uint32_t quotients[4];
+  EXPECT_EQ(ovksDiv_32f(divisors, dividends, reinterpret_cast<float*>(quotients), 4), StatusDivByZero);
+  EXPECT_EQ(std::vector(quotients, quotients + 4), (std::vector{0xff800000u, 0x7f800000u, 0x7fbfffffu, 0x7fbfffffu}));
+  const std::int16_t zeros[3] = {}, shorts[] = {7, -7, 0};
+  for (const int factor : {-100, -16, 0, 15, 16, 100}) {
+    std::int16_t results[3];
+    EXPECT_EQ(ovksDiv_16s_Sfs(zeros, shorts, results, 3, factor), StatusDivByZero);
+    EXPECT_EQ(std::vector(results, results + 3), (std::vector<std::int16_t>{32767, -32768, 0}));
+  }
+}
+
+TEST(Div, RoundModesOutsideTheSet) {
+  const std::uint8_t divisor = 1;
+  std::uint8_t value = 9;
+  for (const RoundMode mode : {-1, 3, INT_MAX}) {
+    EXPECT_EQ(ovksDiv_Round_8u_ISfs(&divisor, &value, 1, mode, 0), StatusBadRoundMode);
+    EXPECT_EQ(ovksDiv_Round_8u_ISfs(&divisor, &value, 0, mode, 0), StatusBadSize);
+  }
+  EXPECT_EQ(value, 9);
+}
+
+TEST(Div, AllBytes) {
+  const auto [a, b] = allBytePairs();
+  for (int factor = -32; factor <= 10; ++factor)
+    checkOn(describe(kQuotient, ovksDiv_Round_8u_Sfs), {a.data(), b.data()}, 1 << 16, (factor + 32) % 3, factor);
+}
+
+TEST(Div, AllShorts) {
+  const auto x = allShorts<std::int16_t>();
+  const Export exports[] = {describe(kQuotient, ovksDiv_Round_16s_Sfs), describe(kQuotient, ovksDiv_Round_16u_Sfs)};
+  for (const std::int16_t c : {-32768, -32767, -12345, -2, -1, 1, 3, 255, 16383, 32766, 32767}) {
+    const std::vector<std::int16_t> y(x.size(), c);
+    for (const int factor : {-31, -16, -7, -6, -1, 0, 1, 15, 16, 17}) {
+      for (const Export& e : exports) checkOn(e, {x.data(), y.data()}, 1 << 16, (c + factor) & 1 ? 1 : c & 2, factor);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace ovks::test
