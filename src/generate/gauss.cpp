@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The Gaussian generator: the polar method on pairs of engine values.
 #include "core/export.hpp"
-#include "core/root.hpp"
-#include "generate/logarithm.hpp"
+#include "core/log.hpp"
 #include "generate/random.hpp"
 
 namespace {
@@ -131,7 +130,9 @@ class Polar {
     std::ptrdiff_t left = left_;
     int i = 0;
     for (; i + kPairs <= waiting_; i += kPairs) {
-      const V s = load<V>(squares_ + i), f = squareRoot(broadcast<V>(-2) * logarithm(s) / s);
+      const V s = load<V>(squares_ + i);
+      const Scientific<V> parts(s);
+      const V f = squareRoot(broadcast<V>(-2) * logOfParts(parts.mantissa, parts.exponent()) / s);
       const V z1 = load<V>(first_ + i) * f, z2 = load<V>(second_ + i) * f;
       const int n = left < 2 * kPairs ? static_cast<int>(left) : 2 * kPairs;
       if (n < 2 * kPairs && keeps_) kept_ = z2[n / 2];
