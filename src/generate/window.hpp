@@ -103,7 +103,7 @@ struct Windowing {
 
   OVKS_INLINE void one(std::ptrdiff_t i, Weight<T> w) const { part(i, 1, broadcast<W>(w)); }
   void copy(std::ptrdiff_t i) const { std::memmove(dst + i, src + i, sizeof(T)); }
-  void zero(std::ptrdiff_t i) const { dst[i] = T{}; }
+  void zero(std::ptrdiff_t i) const { std::memset(static_cast<void*>(dst + i), 0, sizeof(T)); }
 
   // The elements first .. last - 1 and their mirror images, on the other side of the centre.
   template <class Shape>
