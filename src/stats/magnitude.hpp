@@ -3,7 +3,6 @@
 #pragma once
 
 #include "core/complex.hpp"
-#include "core/root.hpp"
 #include "stats/sum.hpp"
 #include "stats/wide_sum.hpp"
 

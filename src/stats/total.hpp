@@ -4,7 +4,6 @@
 
 #include "core/float_to_integer.hpp"
 #include "core/fold.hpp"
-#include "core/root.hpp"
 #include "core/wide_integer.hpp"
 
 namespace ovks {
