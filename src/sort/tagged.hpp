@@ -50,29 +50,29 @@ OVKS_INLINE bool any(Vec<int64_t, L> mask) {
 
 // The first n tags of a row; without `tag`, the positions from `from` on.
 template <int L>
-OVKS_INLINE Vec<int64_t, L> loadTags(const int32_t* tag, std::ptrdiff_t from, std::ptrdiff_t n, bool fresh) {
+OVKS_INLINE Vec<int64_t, L> loadTags(const int32_t* tag, int from, std::ptrdiff_t n, bool fresh) {
   if (fresh) return detail::laneNumbers<Vec<int64_t, L>>() + broadcast<Vec<int64_t, L>>(from);
-  return resize<Vec<int64_t, L>>(loadRow<Vec<int32_t, L>>(tag + from, n - from, Vec<int32_t, L>{}));
+  return resize<Vec<int64_t, L>>(loadRow<Vec<int32_t, L>>(tag, from, n, Vec<int32_t, L>{}));
 }
 
-// Key and position in one lane, key above: for keys of up to 32 bits.
-template <int R, int L, class K>
-[[gnu::noinline]] void sortTaggedBlock(K* key, int32_t* tag, std::ptrdiff_t n, const Order<K>& in, const Order<K>& out,
-                                       bool fresh) {
-  using Narrow = Vec<K, L>;
+// Key and position in one lane, key above.
+template <int R, int L>
+[[gnu::noinline]] void sortTaggedBlock(int32_t* key, int32_t* tag, std::ptrdiff_t n, const Order<int32_t>& in,
+                                       const Order<int32_t>& out, bool fresh) {
+  using Narrow = Vec<int32_t, L>;
   using V = Vec<int64_t, L>;
   constexpr int64_t last = 0x7fffffffffffffff;
   V v[R];
   unroll<R>([&](auto r) __attribute__((always_inline)) {
-    const Narrow k = in.key(loadRow<Narrow>(key + r * L, n - r * L, Narrow{}));
+    const Narrow k = in.key(loadRow<Narrow>(key, r * L, n, Narrow{}));
     const V packed = resize<V>(k) << 32 | loadTags<L>(tag, r * L, n, fresh);
     v[r] = detail::laneNumbers<V>() < broadcast<V>(n - r * L) ? packed : broadcast<V>(last);
   });
   sortRows<L>(v);
   unroll<R>([&](auto r) __attribute__((always_inline)) {
     constexpr int rank = rankOf<R, L>(r);
-    storeRow<Narrow>(key + rank, out.element(resize<Narrow>(v[r] >> 32)), n - rank);
-    storeRow<Vec<int32_t, L>>(tag + rank, resize<Vec<int32_t, L>>(v[r]), n - rank);
+    storeRow<Narrow>(key, rank, n, out.element(resize<Narrow>(v[r] >> 32)));
+    storeRow<Narrow>(tag, rank, n, resize<Narrow>(v[r]));
   });
 }
 
@@ -104,15 +104,15 @@ template <int R, int L>
   TaggedRow<L> v[R];
   V taken{};
   unroll<R>([&](auto r) __attribute__((always_inline)) {
-    v[r] = {in.key(loadRow<V>(key + r * L, n - r * L, rest)), loadTags<L>(tag, r * L, n, fresh)};
+    v[r] = {in.key(loadRow<V>(key, r * L, n, rest)), loadTags<L>(tag, r * L, n, fresh)};
     taken |= (v[r].key == last) & (detail::laneNumbers<V>() < broadcast<V>(n - r * L));
   });
   if (any<L>(taken)) return insertTagged(key, tag, n, in, out, fresh);
   sortRows<L>(v);
   unroll<R>([&](auto r) __attribute__((always_inline)) {
     constexpr int rank = rankOf<R, L>(r);
-    storeRow<V>(key + rank, out.element(v[r].key), n - rank);
-    storeRow<Vec<int32_t, L>>(tag + rank, resize<Vec<int32_t, L>>(v[r].tag), n - rank);
+    storeRow<V>(key, rank, n, out.element(v[r].key));
+    storeRow<Vec<int32_t, L>>(tag, rank, n, resize<Vec<int32_t, L>>(v[r].tag));
   });
 }
 
@@ -131,6 +131,14 @@ OVKS_INLINE void sortTaggedShort(K* key, int32_t* tag, std::ptrdiff_t n, const O
     if (n <= 64) return sortTaggedBlock<8, 8>(key, tag, n, in, out, fresh);
   }
   if constexpr (kTaggedBlock<K> >= 128) return sortTaggedBlock<16, 8>(key, tag, n, in, out, fresh);
+}
+
+inline void sortTaggedShort(int16_t* key, int32_t* tag, std::ptrdiff_t n, const Order<int16_t>& in,
+                            const Order<int16_t>& out, bool fresh) {
+  int32_t wide[kTaggedBlock<int16_t>];
+  for (std::ptrdiff_t i = 0; i < n; ++i) wide[i] = key[i] ^ in.flip;
+  sortTaggedShort(wide, tag, n, Order<int32_t>{}, Order<int32_t>{}, fresh);
+  for (std::ptrdiff_t i = 0; i < n; ++i) key[i] = static_cast<int16_t>(wide[i] ^ out.flip);
 }
 
 }  // namespace ovks::sort
