@@ -2,6 +2,7 @@
 // The Gaussian generator: the polar method on pairs of engine values.
 #include "core/export.hpp"
 #include "core/log.hpp"
+#include "core/root.hpp"
 #include "generate/random.hpp"
 
 namespace {

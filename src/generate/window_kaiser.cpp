@@ -2,6 +2,7 @@
 // The Kaiser window.
 #include "core/exp.hpp"
 #include "core/export.hpp"
+#include "core/root.hpp"
 #include "generate/window.hpp"
 #include "ovks/generate.h"
 
