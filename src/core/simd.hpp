@@ -235,21 +235,6 @@ OVKS_INLINE V larger(V a, V b) {
   }
 }
 
-template <class V>
-OVKS_INLINE V squareRoot(V v) {
-  constexpr bool single = sizeof(Lane<V>) == 4;
-  if constexpr (sizeof(V) == 64) {
-    if constexpr (single) return _mm512_sqrt_ps(v);
-    else return _mm512_sqrt_pd(v);
-  } else if constexpr (sizeof(V) == 32) {
-    if constexpr (single) return _mm256_sqrt_ps(v);
-    else return _mm256_sqrt_pd(v);
-  } else {
-    if constexpr (single) return _mm_sqrt_ps(v);
-    else return _mm_sqrt_pd(v);
-  }
-}
-
 namespace detail {
 template <class V, class F, std::size_t... i>
 OVKS_INLINE V shuffle(V v, F, std::index_sequence<i...>) {
