@@ -12,23 +12,56 @@ struct TaggedRow {
   Vec<int64_t, L> key, tag;
 };
 
-template <int L>
-OVKS_INLINE void swapWhere(Vec<int64_t, L> where, TaggedRow<L>& a, TaggedRow<L>& b) {
-  const TaggedRow<L> c = a;
-  a = {where ? b.key : a.key, where ? b.tag : a.tag};
-  b = {where ? c.key : b.key, where ? c.tag : b.tag};
+// The lanes below eight whose numbers have the bit set.
+template <int bit>
+inline constexpr unsigned lanesWith = bit == 0   ? 0
+                                      : bit == 1 ? 0xaa
+                                      : bit == 2 ? 0xcc
+                                                 : 0xf0;
+
+// Where a and b are to be exchanged, for the smaller keys to be in b's place where the lane's number has `bit` set, and
+// in a's elsewhere. Equal keys stay: both of the lanes that meet must come to the same decision.
+template <int bit, int L>
+OVKS_INLINE auto outOfOrder(Vec<int64_t, L> a, Vec<int64_t, L> b) {
+  constexpr unsigned all = (1u << L) - 1, set = lanesWith<bit> & all;
+  if constexpr (kAvx512 && L == 8) {
+    const auto x = bits<__m512i>(a), y = bits<__m512i>(b);
+    const __mmask8 less = _mm512_mask_cmplt_epi64_mask(all & ~set, y, x);
+    return set == 0 ? less : _kor_mask8(less, _mm512_mask_cmplt_epi64_mask(set, x, y));
+  } else if constexpr (kAvx512) {
+    const auto x = bits<__m256i>(a), y = bits<__m256i>(b);
+    const __mmask8 less = _mm256_mask_cmplt_epi64_mask(all & ~set, y, x);
+    return set == 0 ? less : _kor_mask8(less, _mm256_mask_cmplt_epi64_mask(set, x, y));
+  } else {
+    return pick(b < a, a < b, [](int i) { return i & bit ? i + L : i; });
+  }
+}
+
+template <class Where, class V>
+OVKS_INLINE void swapWhere(Where where, V& a, V& b) {
+  const V c = a;
+  if constexpr (kAvx512 && sizeof(V) == 64) {
+    a = bits<V>(_mm512_mask_mov_epi64(bits<__m512i>(a), where, bits<__m512i>(b)));
+    b = bits<V>(_mm512_mask_mov_epi64(bits<__m512i>(b), where, bits<__m512i>(c)));
+  } else if constexpr (kAvx512) {
+    a = bits<V>(_mm256_mask_mov_epi64(bits<__m256i>(a), where, bits<__m256i>(b)));
+    b = bits<V>(_mm256_mask_mov_epi64(bits<__m256i>(b), where, bits<__m256i>(c)));
+  } else {
+    a = where ? b : a;
+    b = where ? c : b;
+  }
+}
+
+template <int bit, int L>
+OVKS_INLINE void exchangeAcross(TaggedRow<L>& a, TaggedRow<L>& b) {
+  const auto where = outOfOrder<bit, L>(a.key, b.key);
+  swapWhere(where, a.key, b.key);
+  swapWhere(where, a.tag, b.tag);
 }
 
 template <int L>
 OVKS_INLINE void exchange(TaggedRow<L>& a, TaggedRow<L>& b) {
-  swapWhere<L>(b.key < a.key, a, b);
-}
-
-// Equal keys stay: both of the lanes that meet must come to the same decision.
-template <int bit, int L>
-OVKS_INLINE void exchangeAcross(TaggedRow<L>& a, TaggedRow<L>& b) {
-  const Vec<int64_t, L> less = b.key < a.key, more = a.key < b.key;
-  swapWhere<L>(pick(less, more, [](int i) { return i & bit ? i + L : i; }), a, b);
+  exchangeAcross<0>(a, b);
 }
 
 template <int mask, int L>
@@ -48,7 +81,7 @@ OVKS_INLINE bool any(Vec<int64_t, L> mask) {
   else return _mm256_movemask_pd(bits<__m256d>(mask)) != 0;
 }
 
-// The first n tags of a row; without `tag`, the positions from `from` on.
+// The tags of a row from `from` on; fresh ones are the positions themselves.
 template <int L>
 OVKS_INLINE Vec<int64_t, L> loadTags(const int32_t* tag, int from, std::ptrdiff_t n, bool fresh) {
   if (fresh) return detail::laneNumbers<Vec<int64_t, L>>() + broadcast<Vec<int64_t, L>>(from);

@@ -41,7 +41,7 @@ void sortValues(int16_t* p, std::ptrdiff_t n, const Order<int16_t>& order) {
   if (n <= kBlock<int16_t>) return sortShort(p, n, order, order);
   const auto [low, high] = mapKeys(p, p, n, order);
   if (high - low < 256) return countFewValues(p, n, order, low);
-  if (n >= kCountAbove) return countManyValues(p, n, order, low, high);
+  if (countingPays(n, high - low)) return countManyValues(p, n, order, low, high);
   quickSort(Keys<int16_t, int32_t>{p}, n, Bounds<int32_t>{low, high}, kBlock<int16_t>,
             Finish<int16_t, int32_t>{p, order});
 }

@@ -142,6 +142,24 @@ TYPED_TEST(Sort, ChecksItsArguments) {
   EXPECT_EQ(index[0], -1);
 }
 
+// Positions of more than 24 bits do not fit beside a key's low byte.
+TEST(SortLong, PositionsOfWords) {
+  const int n = (1 << 24) + 1001;
+  std::mt19937_64 random(1);
+  std::vector<int16_t> input(n);
+  for (int16_t& x : input) x = static_cast<int16_t>(random());
+  std::vector<int32_t> index(input.size());
+  int size = 0;
+  ovksSortRadixGetBufferSize(n, DataType16s, &size);
+  std::vector<uint8_t> buffer(static_cast<std::size_t>(size));
+  std::vector<int16_t> v = input;
+  ASSERT_EQ(ovksSortIndexDescend_16s_I(v.data(), index.data(), n), StatusOk);
+  EXPECT_TRUE(sorted<int16_t>(v, true));
+  EXPECT_TRUE(permutes<int16_t>(input, index, v));
+  ASSERT_EQ(ovksSortRadixIndexDescend_16s(input.data(), index.data(), n, buffer.data()), StatusOk);
+  EXPECT_TRUE(permutes<int16_t>(input, index, v));
+}
+
 TEST(SortBuffer, Size) {
   struct {
     int type, width, extra;
