@@ -5,6 +5,7 @@
 #define OVKS_H
 
 #include "ovks/core.h"
+#include "ovks/filter.h"
 #include "ovks/generate.h"
 #include "ovks/sort.h"
 #include "ovks/stats.h"

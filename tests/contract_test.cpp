@@ -11,8 +11,15 @@
 namespace ovks::test {
 namespace {
 
-// Exports that look at something else before their length.
-constexpr std::array<std::string_view, 0> kOtherOrder = {};
+// Beginnings of names of exports that have no length, may do without a pointer, or look at something else first.
+constexpr std::string_view kOtherwise[] = {"ovksFFT",
+                                           "ovksFIRSR",
+                                           "ovksRandGaussGetSize",
+                                           "ovksRandGaussInit",
+                                           "ovksRandUniformGetSize",
+                                           "ovksRandUniformInit",
+                                           "ovksSortRadixGetBufferSize",
+                                           "ovksWinBlackmanOpt"};
 
 class Contract : public testing::Test {
  protected:
@@ -46,7 +53,9 @@ class Contract : public testing::Test {
   template <class... P>
   void check(std::string_view name, Status (*function)(P...)) {
     static_assert(sizeof...(P) <= kMost);
-    if (std::find(std::begin(kOtherOrder), std::end(kOtherOrder), name) != std::end(kOtherOrder)) return;
+    for (const std::string_view other : kOtherwise) {
+      if (name.substr(0, other.size()) == other) return;
+    }
     constexpr bool pointers[] = {std::is_pointer_v<P>...};
     for (int k = 0; k < int{sizeof...(P)}; ++k) {
       if (!pointers[k]) continue;

@@ -45,6 +45,20 @@ void limitCombine(const void* src1, const void* src2, void* dst, std::size_t byt
   over(bytes, [a = vectors(src1), b = vectors(src2), d = vectors(dst)](std::size_t i) { d[i] = either(a[i], b[i]); });
 }
 
+void limitRead(const void* src, std::size_t bytes) {
+  over(bytes, [s = vectors(src)](std::size_t i) {
+    V v = s[i];
+    asm volatile("" : "+v"(v));  // loaded, and forgotten
+  });
+}
+
+void limitRead(const void* src1, const void* src2, std::size_t bytes) {
+  over(bytes, [a = vectors(src1), b = vectors(src2)](std::size_t i) {
+    V v = a[i], w = b[i];
+    asm volatile("" : "+v"(v), "+v"(w));
+  });
+}
+
 void limitCombineStreaming(const void* src1, const void* src2, void* dst, std::size_t bytes) {
   over(bytes,
        [a = vectors(src1), b = vectors(src2), d = vectors(dst)](std::size_t i) { past(d + i, either(a[i], b[i])); });

@@ -61,8 +61,8 @@ Status ovksSortIndexDescend_8u_I(uint8_t* pSrcDst, int32_t* pDstIdx, int len);
 Status ovksSortRadixGetBufferSize(int len, DataType dataType, int* pBufSize);
 
 /** @name SortRadix
- *  Sorts pSrcDst in place as the Sort members do, with a work buffer of the queried size. Short of digits in which the
- *  elements differ, it takes one pass over them for each. @{ */
+ *  Sorts pSrcDst in place as the Sort members do, with a work buffer of the queried size. Where the elements differ in
+ *  few digits, each of those takes one pass and the others none. @{ */
 Status ovksSortRadixAscend_16s_I(int16_t* pSrcDst, int len, uint8_t* pBuffer);
 Status ovksSortRadixAscend_16u_I(uint16_t* pSrcDst, int len, uint8_t* pBuffer);
 Status ovksSortRadixAscend_32f_I(float* pSrcDst, int len, uint8_t* pBuffer);

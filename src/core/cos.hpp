@@ -43,7 +43,7 @@ OVKS_INLINE V cosineReduced(V z, V zLow) {
 
 template <class V>
 OVKS_INLINE V cosine(V x) {
-  using I = Vec<int64_t, lanes<V>>;
+  using I = Vec<uint64_t, lanes<V>>;
   const V rounder = broadcast<V>(detail::kRounder);
   const V turned = fma(x, broadcast<V>(0x1.45f306dc9c883p-1), rounder), n = turned - rounder;
   const I quarter = bits<I>(turned);

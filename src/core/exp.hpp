@@ -25,7 +25,7 @@ inline constexpr double kRounder = 0x1.8p52;
 // 2^n for an integral n in the exponent's range.
 template <class V>
 OVKS_INLINE V powerOfTwo(V n) {
-  using I = Vec<int64_t, lanes<V>>;
+  using I = Vec<uint64_t, lanes<V>>;
   return bits<V>((bits<I>(n + broadcast<V>(kRounder)) + broadcast<I>(1023)) << 52);
 }
 

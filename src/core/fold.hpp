@@ -6,6 +6,7 @@
 //   kElements          how many elements it takes at once
 //   kChains            how many copies work side by side, a power of two
 //   add(vectors...)    takes kElements elements of each source
+//   addOdd(vectors...) does the same by other means, where the work of every other chain is better done by them
 //   merge(other)       takes what another copy has
 //   fill()             what stands for elements beyond the end, where zero would count
 // The order of additions depends on n alone, never on addresses.
@@ -43,21 +44,10 @@ inline constexpr auto kMax = [](auto a, auto b) { return a > b ? a : b; };
 
 namespace detail {
 
-// The lanes of v from the n-th on replaced by x.
-template <class V>
-OVKS_INLINE V filledFrom(std::ptrdiff_t n, V v, Lane<V> x) {
-  using I = decltype(v == v);
-  I index;
-  for (int i = 0; i < lanes<V>; ++i) index[i] = static_cast<Lane<I>>(i);
-  return index < broadcast<I>(static_cast<Lane<I>>(n)) ? v : broadcast<V>(x);
-}
-
 template <class A, class... S>
 class Fold {
  public:
-  OVKS_INLINE explicit Fold(const A& start) {
-    for (A& c : chain_) c = start;
-  }
+  OVKS_INLINE explicit Fold(const A& start) : Fold(start, std::make_index_sequence<A::kChains>{}) {}
 
   OVKS_INLINE A operator()(std::ptrdiff_t n, const S*... src) {
     std::ptrdiff_t i = 0;
@@ -71,13 +61,22 @@ class Fold {
  private:
   static constexpr std::ptrdiff_t N = A::kElements;
 
-  OVKS_INLINE void one(std::size_t chain, std::ptrdiff_t i, const S*... src) {
-    chain_[chain].add(load<Elements<S, int{N}>>(src + i)...);
+  template <std::size_t... u>
+  OVKS_INLINE Fold(const A& start, std::index_sequence<u...>) : chain_{(static_cast<void>(u), start)...} {}
+
+  template <std::size_t chain>
+  OVKS_INLINE void one(std::ptrdiff_t i, const S*... src) {
+    A& a = chain_[chain];
+    if constexpr (chain % 2 == 1 && requires { a.addOdd(load<Elements<S, int{N}>>(src)...); }) {
+      a.addOdd(load<Elements<S, int{N}>>(src + i)...);
+    } else {
+      a.add(load<Elements<S, int{N}>>(src + i)...);
+    }
   }
 
   template <int count>
   OVKS_INLINE void block(std::ptrdiff_t i, const S*... src) {
-    [&]<std::size_t... u>(std::index_sequence<u...>) { (one(u, i + std::ptrdiff_t{u} * N, src...), ...); }
+    [&]<std::size_t... u>(std::index_sequence<u...>) { (one<u>(i + std::ptrdiff_t{u} * N, src...), ...); }
     (std::make_index_sequence<count>{});
   }
 
@@ -96,7 +95,7 @@ class Fold {
   OVKS_INLINE void part(std::ptrdiff_t i, std::ptrdiff_t n, const S*... src) {
     A& last = chain_[A::kChains - 1];
     if constexpr (requires { last.fill(); }) {
-      last.add(filledFrom(n, loadPart<Elements<S, int{N}>>(src + i, n), last.fill())...);
+      last.add(loadPart(src + i, n, broadcast<Elements<S, int{N}>>(last.fill()))...);
     } else {
       last.add(loadPart<Elements<S, int{N}>>(reals(src + i), n * parts<S>)...);
     }

@@ -153,7 +153,6 @@ struct ExactComplexProduct {
   OVKS_INLINE V saturated() const { return joined(real(), imaginary()); }
   OVKS_INLINE V scaledDown(int s) const { return joined(roundShift(real(), s), roundShift(imaginary(), s)); }
 
- private:
   OVKS_INLINE W real() const {
     if constexpr (sizeof(T) == 2) {
       // ar br + ai ~bi + ai = ar br - ai bi
@@ -164,6 +163,7 @@ struct ExactComplexProduct {
     }
   }
 
+ private:
   OVKS_INLINE W imaginary() const {
     W sum;
     if constexpr (sizeof(T) == 2) {

@@ -102,6 +102,12 @@ OVKS_INLINE To extend(From v) {
     return bits<To>(v);
   } else if constexpr (sizeof(From) == 32) {
     return bits<To>(_mm512_castsi256_si512(bits<__m256i>(v)));
+  } else if constexpr (sizeof(From) == 16 && sizeof(To) == 64) {
+    return bits<To>(_mm512_castsi128_si512(bits<__m128i>(v)));
+  } else if constexpr (sizeof(From) == 16) {
+    return bits<To>(_mm256_castsi128_si256(bits<__m128i>(v)));
+  } else if constexpr (sizeof(From) == 8) {
+    return extend<To>(RawVec<16>{bits<long long>(v), 0});
   } else {
     To r{};
     __builtin_memcpy(&r, &v, sizeof v);
@@ -229,21 +235,6 @@ OVKS_INLINE V larger(V a, V b) {
   }
 }
 
-template <class V>
-OVKS_INLINE V squareRoot(V v) {
-  constexpr bool single = sizeof(Lane<V>) == 4;
-  if constexpr (sizeof(V) == 64) {
-    if constexpr (single) return _mm512_sqrt_ps(v);
-    else return _mm512_sqrt_pd(v);
-  } else if constexpr (sizeof(V) == 32) {
-    if constexpr (single) return _mm256_sqrt_ps(v);
-    else return _mm256_sqrt_pd(v);
-  } else {
-    if constexpr (single) return _mm_sqrt_ps(v);
-    else return _mm_sqrt_pd(v);
-  }
-}
-
 namespace detail {
 template <class V, class F, std::size_t... i>
 OVKS_INLINE V shuffle(V v, F, std::index_sequence<i...>) {
@@ -281,10 +272,10 @@ OVKS_INLINE auto convertWider(V v) {
 }
 
 template <class T, class V>
-inline constexpr bool convertsWider =
-    sizeof(T) == 2 * sizeof(Lane<V>) && (sizeof(T) * lanes<V> >= 32 || (sizeof(T) == 4 && lanes<V> == 4)) &&
-    (std::is_same_v<Lane<V>, float> || std::is_same_v<Lane<V>, int32_t> ||
-     (std::is_same_v<Lane<V>, int16_t> && std::is_same_v<T, int32_t>));
+inline constexpr bool convertsWider = sizeof(T) == 2 * sizeof(Lane<V>) &&
+                                      (sizeof(T) * lanes<V> >= 32 || (sizeof(T) == 4 && lanes<V> == 4)) &&
+                                      (std::is_same_v<Lane<V>, float> || std::is_same_v<Lane<V>, int32_t> ||
+                                       (std::is_same_v<Lane<V>, int16_t> && std::is_same_v<T, int32_t>));
 
 }  // namespace detail
 

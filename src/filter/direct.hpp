@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Convolution in the time domain: y[n] = sum of taps[k] x[n - k], 0 <= k < tapsLen.
 //
-// Several vectors of outputs by several taps one vector apart: the inputs x[n0 + E m - k0], E elements to a vector, serve
-// the outputs E j and the taps k0 + E i with j - i = m, so that I + J - 1 loads feed I J multiply-adds. The plain loop's
-// load for each multiply-add, mostly across two cache lines, is what bounds it.
+// Several vectors of outputs by several taps one vector apart: the inputs x[n0 + E m - k0], E elements to a vector,
+// serve the outputs E j and the taps k0 + E i with j - i = m, so that I + J - 1 loads feed I J multiply-adds. The plain
+// loop's load for each multiply-add, mostly across two cache lines, is what bounds it.
 //
 // Complex data accumulate the products with the taps' real and imaginary parts apart, and combine them at the end.
 //
@@ -22,15 +22,9 @@ class DirectFilter {
 
   // y[0 .. n - 1] from x[-(tapsLen - 1) .. n - 1]; y and x lie apart.
   void run(const T* x, T* y, std::ptrdiff_t n) const {
-    if (n < E) return part(x, y, n);
     std::ptrdiff_t i = 0;
     for (; i + kOutputs * E <= n; i += kOutputs * E) block<kOutputs>(x + i, y + i);
-    if (i + kOutputs / 2 * E <= n) {
-      block<kOutputs / 2>(x + i, y + i);
-      i += kOutputs / 2 * E;
-    }
-    for (; i + E <= n; i += E) block<1>(x + i, y + i);
-    if (i < n) block<1>(x + n - E, y + n - E);
+    if (i < n) finish<kOutputs>(x, y, i, n);
   }
 
  private:
@@ -51,6 +45,22 @@ class DirectFilter {
       else return fmaSubAdd(sum[0][j], broadcast<V>(1), swapParts(sum[1][j]));
     }
   };
+
+  // Outputs i .. n - 1, fewer than J vectors: the last block overlaps what has been written.
+  template <int J>
+  void finish(const T* x, T* y, std::ptrdiff_t i, std::ptrdiff_t n) const {
+    constexpr std::ptrdiff_t whole = J * E, half = J / 2 * E;
+    if (n - i > half && n >= whole) return block<J>(x + n - whole, y + n - whole);
+    if constexpr (J == 1) {
+      part(x, y, n);
+    } else {
+      if (n - i > half) {
+        block<J / 2>(x + i, y + i);
+        i += half;
+      }
+      finish<J / 2>(x, y, i, n);
+    }
+  }
 
   template <int J>
   OVKS_INLINE void block(const T* x, T* y) const {
@@ -113,5 +123,17 @@ class DirectFilter {
   const R* taps_;
   int tapsLen_;
 };
+
+// y[0 .. n - 1] from x[-(tapsLen - 1) .. n - 1]; y and x lie apart. Filters too short for two rows of the widest
+// vectors take halves of those.
+template <class T>
+inline void convolveInTime(const T* taps, int tapsLen, const T* x, T* y, std::ptrdiff_t n) {
+  if (n <= 0) return;
+  constexpr int E = kVectorBytes / sizeof(T);
+  if constexpr (kAvx512 && !isComplex<T>) {
+    if (tapsLen < E * 3 / 2) return DirectFilter<T, kVectorBytes / 2>(taps, tapsLen).run(x, y, n);
+  }
+  DirectFilter<T>(taps, tapsLen).run(x, y, n);
+}
 
 }  // namespace ovks

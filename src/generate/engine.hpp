@@ -92,7 +92,8 @@ struct Stretch {
       between();
     }
     for (; i < n; ++i) values()[i] = e.step();
-    if (mayBeWrong(n)) [[unlikely]] refill(engine, n);
+    if (mayBeWrong(n)) [[unlikely]]
+      refill(engine, n);
     else engine = e;
   }
 
@@ -111,7 +112,8 @@ struct Stretch {
     for (int k = 0; k < kValues; ++k) {
       const uint32_t difference = x2 - x3, less = borrow - 18;
       const bool negative = static_cast<int32_t>(difference) < 0;
-      const uint32_t s = difference + (negative ? less : borrow);
+      uint32_t s = difference + (negative ? less : borrow);
+      asm("" : "+r"(s));  // in a general register: vectors of two make the chain longer
       borrow = static_cast<uint32_t>(static_cast<int32_t>(difference) >> 31);
       x3 = x2;
       x2 = x1;

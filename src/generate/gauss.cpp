@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The Gaussian generator: the polar method on pairs of engine values.
 #include "core/export.hpp"
+#include "core/log.hpp"
 #include "core/root.hpp"
-#include "generate/logarithm.hpp"
 #include "generate/random.hpp"
 
 namespace {
@@ -63,14 +63,17 @@ struct Selection {
 };
 #endif
 
-// Turns accepted pairs into deviates, a vector of pairs at a time.
+// Collects accepted pairs and turns them into deviates, many at a time: the latencies of logarithm, division and root
+// are far longer than their throughput.
 template <class T>
 class Polar {
  public:
   Polar(T* dst, std::ptrdiff_t n, State<T>& state)
       : dst_(dst), left_(n), mean_(broadcast<V>(state.mean)), stdDev_(broadcast<V>(state.stdDev)) {
-    for (double& s : squares_) s = 0.5;
-    if (!state.pending) put(broadcast<V>(state.deviates[0]), 1);
+    if (!state.pending) {
+      write(dst_++, 1, mean_ + stdDev_ * broadcast<V>(state.deviates[0]));
+      --left_;
+    }
     keeps_ = left_ % 2;
   }
 
@@ -80,7 +83,7 @@ class Polar {
   OVKS_INLINE void take(Vec<int32_t> u, int count) {
     const V v1 = part<0>(u), v2 = part<1>(u), s = v1 * v1 + v2 * v2;
     auto accepted = (s < broadcast<V>(1)) & (s != V{});
-    if (count < 2 * kPairs) [[unlikely]] {
+    if (count < 2 * kPairs) {
       for (int i = count / 2; i < kPairs; ++i) accepted[i] = 0;
     }
     const Selection selection(bits<Vec<int64_t>>(accepted));
@@ -88,17 +91,22 @@ class Polar {
     store(second_ + waiting_, selection(v2));
     store(squares_ + waiting_, selection(s));
     waiting_ += selection.count();
-    if (waiting_ >= kPairs) finish();
+    if (waiting_ >= kRoom) [[unlikely]]
+      finish();
   }
 
-  // What is left, when no pair is missing. An odd deviate is kept.
+  // The last pairs, when none is missing. An odd deviate is kept.
   void close(State<T>& state) {
-    if (waiting_ > 0) finish();
+    store(squares_ + waiting_, broadcast<V>(0.5));
+    waiting_ += kPairs - 1;
+    finish();
     state.pending = !keeps_;
     state.deviates[0] = keeps_ ? kept_ : 0;
   }
 
  private:
+  static constexpr int kRoom = 256;
+
   // Lanes 0, 2, 4, ... or 1, 3, 5, ... in [-1, 1).
   template <int odd>
   static OVKS_INLINE V part(Vec<int32_t> u) {
@@ -116,30 +124,37 @@ class Polar {
     (std::make_index_sequence<kPairs>{});
   }
 
-  OVKS_INLINE void finish() {
-    const V s = load<V>(squares_), f = squareRoot(broadcast<V>(-2) * logarithm(s) / s);
-    const V z1 = load<V>(first_) * f, z2 = load<V>(second_) * f;
-    if (keeps_ && left_ < 2 * kPairs) kept_ = z2[left_ / 2];
-    put(interleaved<0>(z1, z2), kPairs);
-    put(interleaved<1>(z1, z2), kPairs);
-    for (double* lanes : {first_, second_, squares_}) store(lanes, load<V>(lanes + kPairs));
-    waiting_ -= kPairs;
-  }
-
-  OVKS_INLINE void put(V z, int count) {
-    const int n = left_ < count ? static_cast<int>(left_) : count;
-    write(dst_, n, mean_ + stdDev_ * z);
-    dst_ += count;
-    left_ -= count;
+  // Whole vectors of pairs; what is left moves to the front.
+  [[gnu::noinline]] void finish() {
+    const V mean = mean_, stdDev = stdDev_;
+    T* dst = dst_;
+    std::ptrdiff_t left = left_;
+    int i = 0;
+    for (; i + kPairs <= waiting_; i += kPairs) {
+      const V s = load<V>(squares_ + i);
+      const Scientific<V> parts(s);
+      const V f = squareRoot(broadcast<V>(-2) * logOfParts(parts.mantissa, parts.exponent()) / s);
+      const V z1 = load<V>(first_ + i) * f, z2 = load<V>(second_ + i) * f;
+      const int n = left < 2 * kPairs ? static_cast<int>(left) : 2 * kPairs;
+      if (n < 2 * kPairs && keeps_) kept_ = z2[n / 2];
+      write(dst, n, mean + stdDev * interleaved<0>(z1, z2));
+      write(dst + kPairs, n - kPairs, mean + stdDev * interleaved<1>(z1, z2));
+      dst += n;
+      left -= n;
+    }
+    for (double* pairs : {first_, second_, squares_}) store(pairs, load<V>(pairs + i));
+    waiting_ -= i;
+    dst_ = dst;
+    left_ = left;
   }
 
   T* dst_;
   std::ptrdiff_t left_;
   V mean_, stdDev_;
-  double first_[2 * kPairs], second_[2 * kPairs], squares_[2 * kPairs];
-  double kept_ = 0;
-  bool keeps_;  // whether the last pair's second deviate is one too many
   int waiting_ = 0;
+  bool keeps_;  // whether the last pair's second deviate is one too many
+  double kept_ = 0;
+  double first_[kRoom + 2 * kPairs], second_[kRoom + 2 * kPairs], squares_[kRoom + 2 * kPairs];
 };
 
 template <class S, class T>

@@ -55,15 +55,17 @@ struct Direct {
 
 namespace detail {
 
-// The exact product rounded once, to nearest even, and saturated. The product's own rounding to 32f matters only where
-// it ends up halfway between integers without being so.
+// The exact product of 16-bit integers and weights, rounded once to nearest even by the sum with a number whose last
+// place is 1, and saturated. The lowest bits of the sum are the integer.
 template <class T, class V>
 OVKS_INLINE auto integerProduct(V x, V w) {
-  const V product = x * w, lost = fma(x, w, -product), rest = product - roundTo<RoundNear>(product);
-  const V half = lost > V{} ? broadcast<V>(0.5f) : broadcast<V>(-0.5f);
-  const V magnitude = rest < V{} ? -rest : rest;
-  const auto falseTie = (magnitude == broadcast<V>(0.5f)) & (lost != V{});
-  return toInteger<T, RoundNear>(falseTie ? product + half : product);
+  static_assert(std::is_same_v<T, int16_t>);
+  constexpr float kUnits = 0x1.8p23f;
+  const V zero = broadcast<V>(kUnits), max = broadcast<V>(kUnits + 32767), min = broadcast<V>(kUnits - 32768);
+  V sum = fma(x, w, zero);
+  sum = sum == sum ? sum : zero;
+  sum = larger(min, smaller(max, sum));
+  return convert<T>(bits<Vec<int32_t, lanes<V>>>(sum));
 }
 
 template <class T>
@@ -101,7 +103,7 @@ struct Windowing {
 
   OVKS_INLINE void one(std::ptrdiff_t i, Weight<T> w) const { part(i, 1, broadcast<W>(w)); }
   void copy(std::ptrdiff_t i) const { std::memmove(dst + i, src + i, sizeof(T)); }
-  void zero(std::ptrdiff_t i) const { dst[i] = T{}; }
+  void zero(std::ptrdiff_t i) const { std::memset(static_cast<void*>(dst + i), 0, sizeof(T)); }
 
   // The elements first .. last - 1 and their mirror images, on the other side of the centre.
   template <class Shape>

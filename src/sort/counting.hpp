@@ -48,8 +48,8 @@ void countFewValues(K* p, std::ptrdiff_t n, const Order<K>& order, K low) {
   }
 }
 
-// From this length on counting beats comparing 16-bit keys.
-inline constexpr std::ptrdiff_t kCountAbove = 1 << 14;
+// Whether counting n keys beats comparing them: it pays for every value in their range, too.
+constexpr bool countingPays(std::ptrdiff_t n, int range) { return n * 4 > range * std::ptrdiff_t{5}; }
 
 // The same for up to 2^16 values. A table of bytes stays near the processor. What does not fit a byte is put down as a
 // key that stands for 255: the part of the range that has been read already has room for those, at least until the

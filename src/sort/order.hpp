@@ -19,6 +19,7 @@ using KeyOf = KeyOfSize<sizeof(T)>;
 
 // key = (x ^ flip ^ (bend where x is negative)) - turn, in wrapping arithmetic.
 //
+// Narrow elements are integers and need flip alone.
 // flip moves the sign of unsigned elements and complements for the descending order. bend turns the sign and magnitude
 // of a float into two's complement, which leaves the negative NaNs at the bottom; turn rotates them around to the top.
 template <class K>
@@ -27,18 +28,28 @@ struct Order {
 
   template <class V>
   OVKS_INLINE V key(V x) const {
-    using U = Unsigned<V>;
-    const V y = x ^ broadcast<V>(static_cast<Lane<V>>(flip)) ^
-                ((x >> (sizeof(Lane<V>) * 8 - 1)) & broadcast<V>(static_cast<Lane<V>>(bend)));
-    return bits<V>(bits<U>(y) - bits<U>(broadcast<V>(static_cast<Lane<V>>(turn))));
+    const V y = x ^ broadcast<V>(flip);
+    if constexpr (sizeof(K) < 4) return y;
+    else return wrap(y ^ bent(x), broadcast<V>(turn), [](auto a, auto b) { return a - b; });
   }
 
   template <class V>
   OVKS_INLINE V element(V key) const {
-    using U = Unsigned<V>;
-    const V y = bits<V>(bits<U>(key) + bits<U>(broadcast<V>(static_cast<Lane<V>>(turn)))) ^
-                broadcast<V>(static_cast<Lane<V>>(flip));
-    return y ^ ((y >> (sizeof(Lane<V>) * 8 - 1)) & broadcast<V>(static_cast<Lane<V>>(bend)));
+    if constexpr (sizeof(K) < 4) return key ^ broadcast<V>(flip);
+    else {
+      const V y = wrap(key, broadcast<V>(turn), [](auto a, auto b) { return a + b; }) ^ broadcast<V>(flip);
+      return y ^ bent(y);
+    }
+  }
+
+ private:
+  template <class V>
+  OVKS_INLINE V bent(V x) const {
+    return (x >> (sizeof(K) * 8 - 1)) & broadcast<V>(bend);
+  }
+  template <class V, class F>
+  OVKS_INLINE static V wrap(V a, V b, F f) {
+    return bits<V>(f(bits<Unsigned<V>>(a), bits<Unsigned<V>>(b)));
   }
 };
 

@@ -47,7 +47,7 @@ class Parting {
     else low_ = ~static_cast<unsigned>(_mm256_movemask_ps(bits<__m256>(key > pivot))) & 255;
   }
   // Lanes from n on count as low, after the low ones before them.
-  OVKS_INLINE void limit(std::ptrdiff_t n) { low_ |= ~detail::firstLanes<V>(n) & detail::firstLanes<V>(L); }
+  OVKS_INLINE void limit(std::ptrdiff_t n) { low_ |= (1u << L) - (1u << n); }
 
   OVKS_INLINE int low() const { return static_cast<int>(_mm_popcnt_u64(low_)); }
 
@@ -121,8 +121,9 @@ struct TaggedKeys {
 
 // Moves the keys up to the pivot before the others, for n >= 2 * Rows::ahead rows; the number of them.
 //
-// Rows are read from the end that has less room, which leaves room for a whole row at both: each row is written with its
-// low part at the front and, once more, with its high part at the back, and what is left over of either lies in the gap.
+// Rows are read from the end that has less room, which leaves room for a whole row at both: each row is written with
+// its low part at the front and, once more, with its high part at the back, and what is left over of either lies in the
+// gap.
 template <class Rows>
 std::ptrdiff_t partition(Rows rows, std::ptrdiff_t n, typename Rows::Key pivotKey) {
   using V = typename Rows::V;

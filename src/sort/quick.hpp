@@ -20,9 +20,10 @@ OVKS_INLINE V median(V a, V b, V c) {
   return a < d ? d : a;
 }
 
-// The middle of sixteen medians, taken lane by lane of rows spread over the range.
+// The middle of sixteen medians, taken lane by lane of rows spread over the range. What is little more than a block is
+// better cut into most of one and a remainder.
 template <class Rows>
-OVKS_INLINE typename Rows::Key samplePivot(Rows rows, std::ptrdiff_t n) {
+OVKS_INLINE typename Rows::Key samplePivot(Rows rows, std::ptrdiff_t n, std::ptrdiff_t block) {
   using V = typename Rows::V;
   using K = typename Rows::Key;
   constexpr int groups = 16 / Rows::L, each = groups == 1 ? 3 : 1, spread = groups * each * 3;
@@ -42,7 +43,7 @@ OVKS_INLINE typename Rows::Key samplePivot(Rows rows, std::ptrdiff_t n) {
   Vec<K, 4> v[4];
   __builtin_memcpy(v, &middle, sizeof v);
   sortRows<4>(v);
-  return v[2][0];
+  return n <= block + block * 3 / 8 ? v[3][0] : v[2][0];
 }
 
 constexpr int kMisses = 4;
@@ -56,7 +57,7 @@ struct Range {
 
 }  // namespace detail
 
-// Sorts rows[0, n). `finish` sorts a block, `fill` gives a range of equal keys its final form.
+// Sorts rows[0, n). `finish` gives blocks and ranges of equal keys their final form.
 template <class Rows, class Finish>
 void quickSort(Rows rows, std::ptrdiff_t n, Bounds<typename Rows::Key> bounds, std::ptrdiff_t block, Finish finish) {
   using C = typename Rows::Key;
@@ -72,7 +73,7 @@ void quickSort(Rows rows, std::ptrdiff_t n, Bounds<typename Rows::Key> bounds, s
       const auto [low, high] = range.bounds;
       Rows part = rows.from(range.first);
       C pivot = range.misses < detail::kMisses
-                    ? detail::samplePivot(part, range.size)
+                    ? detail::samplePivot(part, range.size, block)
                     : static_cast<C>(low + static_cast<C>((static_cast<std::make_unsigned_t<C>>(high) -
                                                            static_cast<std::make_unsigned_t<C>>(low)) /
                                                           2));

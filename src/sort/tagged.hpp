@@ -12,23 +12,56 @@ struct TaggedRow {
   Vec<int64_t, L> key, tag;
 };
 
-template <int L>
-OVKS_INLINE void swapWhere(Vec<int64_t, L> where, TaggedRow<L>& a, TaggedRow<L>& b) {
-  const TaggedRow<L> c = a;
-  a = {where ? b.key : a.key, where ? b.tag : a.tag};
-  b = {where ? c.key : b.key, where ? c.tag : b.tag};
+// The lanes below eight whose numbers have the bit set.
+template <int bit>
+inline constexpr unsigned lanesWith = bit == 0   ? 0
+                                      : bit == 1 ? 0xaa
+                                      : bit == 2 ? 0xcc
+                                                 : 0xf0;
+
+// Where a and b are to be exchanged, for the smaller keys to be in b's place where the lane's number has `bit` set, and
+// in a's elsewhere. Equal keys stay: both of the lanes that meet must come to the same decision.
+template <int bit, int L>
+OVKS_INLINE auto outOfOrder(Vec<int64_t, L> a, Vec<int64_t, L> b) {
+  constexpr unsigned all = (1u << L) - 1, set = lanesWith<bit> & all;
+  if constexpr (kAvx512 && L == 8) {
+    const auto x = bits<__m512i>(a), y = bits<__m512i>(b);
+    const __mmask8 less = _mm512_mask_cmplt_epi64_mask(all & ~set, y, x);
+    return set == 0 ? less : _kor_mask8(less, _mm512_mask_cmplt_epi64_mask(set, x, y));
+  } else if constexpr (kAvx512) {
+    const auto x = bits<__m256i>(a), y = bits<__m256i>(b);
+    const __mmask8 less = _mm256_mask_cmplt_epi64_mask(all & ~set, y, x);
+    return set == 0 ? less : _kor_mask8(less, _mm256_mask_cmplt_epi64_mask(set, x, y));
+  } else {
+    return pick(b < a, a < b, [](int i) { return i & bit ? i + L : i; });
+  }
+}
+
+template <class Where, class V>
+OVKS_INLINE void swapWhere(Where where, V& a, V& b) {
+  const V c = a;
+  if constexpr (kAvx512 && sizeof(V) == 64) {
+    a = bits<V>(_mm512_mask_mov_epi64(bits<__m512i>(a), where, bits<__m512i>(b)));
+    b = bits<V>(_mm512_mask_mov_epi64(bits<__m512i>(b), where, bits<__m512i>(c)));
+  } else if constexpr (kAvx512) {
+    a = bits<V>(_mm256_mask_mov_epi64(bits<__m256i>(a), where, bits<__m256i>(b)));
+    b = bits<V>(_mm256_mask_mov_epi64(bits<__m256i>(b), where, bits<__m256i>(c)));
+  } else {
+    a = where ? b : a;
+    b = where ? c : b;
+  }
+}
+
+template <int bit, int L>
+OVKS_INLINE void exchangeAcross(TaggedRow<L>& a, TaggedRow<L>& b) {
+  const auto where = outOfOrder<bit, L>(a.key, b.key);
+  swapWhere(where, a.key, b.key);
+  swapWhere(where, a.tag, b.tag);
 }
 
 template <int L>
 OVKS_INLINE void exchange(TaggedRow<L>& a, TaggedRow<L>& b) {
-  swapWhere<L>(b.key < a.key, a, b);
-}
-
-// Equal keys stay: both of the lanes that meet must come to the same decision.
-template <int bit, int L>
-OVKS_INLINE void exchangeAcross(TaggedRow<L>& a, TaggedRow<L>& b) {
-  const Vec<int64_t, L> less = b.key < a.key, more = a.key < b.key;
-  swapWhere<L>(pick(less, more, [](int i) { return i & bit ? i + L : i; }), a, b);
+  exchangeAcross<0>(a, b);
 }
 
 template <int mask, int L>
@@ -48,31 +81,31 @@ OVKS_INLINE bool any(Vec<int64_t, L> mask) {
   else return _mm256_movemask_pd(bits<__m256d>(mask)) != 0;
 }
 
-// The first n tags of a row; without `tag`, the positions from `from` on.
+// The tags of a row from `from` on; fresh ones are the positions themselves.
 template <int L>
-OVKS_INLINE Vec<int64_t, L> loadTags(const int32_t* tag, std::ptrdiff_t from, std::ptrdiff_t n, bool fresh) {
+OVKS_INLINE Vec<int64_t, L> loadTags(const int32_t* tag, int from, std::ptrdiff_t n, bool fresh) {
   if (fresh) return detail::laneNumbers<Vec<int64_t, L>>() + broadcast<Vec<int64_t, L>>(from);
-  return resize<Vec<int64_t, L>>(loadRow<Vec<int32_t, L>>(tag + from, n - from, Vec<int32_t, L>{}));
+  return resize<Vec<int64_t, L>>(loadRow<Vec<int32_t, L>>(tag, from, n, Vec<int32_t, L>{}));
 }
 
-// Key and position in one lane, key above: for keys of up to 32 bits.
-template <int R, int L, class K>
-[[gnu::noinline]] void sortTaggedBlock(K* key, int32_t* tag, std::ptrdiff_t n, const Order<K>& in, const Order<K>& out,
-                                       bool fresh) {
-  using Narrow = Vec<K, L>;
+// Key and position in one lane, key above.
+template <int R, int L>
+[[gnu::noinline]] void sortTaggedBlock(int32_t* key, int32_t* tag, std::ptrdiff_t n, const Order<int32_t>& in,
+                                       const Order<int32_t>& out, bool fresh) {
+  using Narrow = Vec<int32_t, L>;
   using V = Vec<int64_t, L>;
   constexpr int64_t last = 0x7fffffffffffffff;
   V v[R];
   unroll<R>([&](auto r) __attribute__((always_inline)) {
-    const Narrow k = in.key(loadRow<Narrow>(key + r * L, n - r * L, Narrow{}));
+    const Narrow k = in.key(loadRow<Narrow>(key, r * L, n, Narrow{}));
     const V packed = resize<V>(k) << 32 | loadTags<L>(tag, r * L, n, fresh);
     v[r] = detail::laneNumbers<V>() < broadcast<V>(n - r * L) ? packed : broadcast<V>(last);
   });
   sortRows<L>(v);
   unroll<R>([&](auto r) __attribute__((always_inline)) {
     constexpr int rank = rankOf<R, L>(r);
-    storeRow<Narrow>(key + rank, out.element(resize<Narrow>(v[r] >> 32)), n - rank);
-    storeRow<Vec<int32_t, L>>(tag + rank, resize<Vec<int32_t, L>>(v[r]), n - rank);
+    storeRow<Narrow>(key, rank, n, out.element(resize<Narrow>(v[r] >> 32)));
+    storeRow<Narrow>(tag, rank, n, resize<Narrow>(v[r]));
   });
 }
 
@@ -104,15 +137,15 @@ template <int R, int L>
   TaggedRow<L> v[R];
   V taken{};
   unroll<R>([&](auto r) __attribute__((always_inline)) {
-    v[r] = {in.key(loadRow<V>(key + r * L, n - r * L, rest)), loadTags<L>(tag, r * L, n, fresh)};
+    v[r] = {in.key(loadRow<V>(key, r * L, n, rest)), loadTags<L>(tag, r * L, n, fresh)};
     taken |= (v[r].key == last) & (detail::laneNumbers<V>() < broadcast<V>(n - r * L));
   });
   if (any<L>(taken)) return insertTagged(key, tag, n, in, out, fresh);
   sortRows<L>(v);
   unroll<R>([&](auto r) __attribute__((always_inline)) {
     constexpr int rank = rankOf<R, L>(r);
-    storeRow<V>(key + rank, out.element(v[r].key), n - rank);
-    storeRow<Vec<int32_t, L>>(tag + rank, resize<Vec<int32_t, L>>(v[r].tag), n - rank);
+    storeRow<V>(key, rank, n, out.element(v[r].key));
+    storeRow<Vec<int32_t, L>>(tag, rank, n, resize<Vec<int32_t, L>>(v[r].tag));
   });
 }
 
@@ -131,6 +164,14 @@ OVKS_INLINE void sortTaggedShort(K* key, int32_t* tag, std::ptrdiff_t n, const O
     if (n <= 64) return sortTaggedBlock<8, 8>(key, tag, n, in, out, fresh);
   }
   if constexpr (kTaggedBlock<K> >= 128) return sortTaggedBlock<16, 8>(key, tag, n, in, out, fresh);
+}
+
+inline void sortTaggedShort(int16_t* key, int32_t* tag, std::ptrdiff_t n, const Order<int16_t>& in,
+                            const Order<int16_t>& out, bool fresh) {
+  int32_t wide[kTaggedBlock<int16_t>];
+  for (std::ptrdiff_t i = 0; i < n; ++i) wide[i] = key[i] ^ in.flip;
+  sortTaggedShort(wide, tag, n, Order<int32_t>{}, Order<int32_t>{}, fresh);
+  for (std::ptrdiff_t i = 0; i < n; ++i) key[i] = static_cast<int16_t>(wide[i] ^ out.flip);
 }
 
 }  // namespace ovks::sort

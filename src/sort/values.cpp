@@ -24,22 +24,6 @@ void sortWide(K* p, std::ptrdiff_t n, const Order<K>& order) {
   sortKeys(p, n, mapKeys(p, p, n, order), order);
 }
 
-// Bytes sort as words.
-void sortFewBytes(int8_t* p, std::ptrdiff_t n, const Order<int8_t>& order) {
-  using V = Vec<int8_t, kVectorBytes / 2>;
-  using Wide = Vec<int16_t>;
-  constexpr std::ptrdiff_t L = lanes<V>;
-  int16_t words[kBlock<int16_t>];
-  const auto widen = [&](V v) { return resize<Wide>(order.key(v)); };
-  const auto narrow = [&](std::ptrdiff_t i) { return order.element(resize<V>(load<Wide>(words + i))); };
-  std::ptrdiff_t i = 0;
-  for (; i + L <= n; i += L) store(words + i, widen(load<V>(p + i)));
-  if (i < n) store(words + i, widen(loadPart<V>(p + i, n - i)));
-  sortShort(words, n, Order<int16_t>{}, Order<int16_t>{});
-  for (i = 0; i + L <= n; i += L) store(p + i, narrow(i));
-  if (i < n) storePart(p + i, narrow(i), n - i);
-}
-
 }  // namespace
 
 void sortKeys(int32_t* p, std::ptrdiff_t n, Bounds<int32_t> bounds, const Order<int32_t>& order) {
@@ -57,13 +41,13 @@ void sortValues(int16_t* p, std::ptrdiff_t n, const Order<int16_t>& order) {
   if (n <= kBlock<int16_t>) return sortShort(p, n, order, order);
   const auto [low, high] = mapKeys(p, p, n, order);
   if (high - low < 256) return countFewValues(p, n, order, low);
-  if (n >= kCountAbove) return countManyValues(p, n, order, low, high);
+  if (countingPays(n, high - low)) return countManyValues(p, n, order, low, high);
   quickSort(Keys<int16_t, int32_t>{p}, n, Bounds<int32_t>{low, high}, kBlock<int16_t>,
             Finish<int16_t, int32_t>{p, order});
 }
 
 void sortValues(int8_t* p, std::ptrdiff_t n, const Order<int8_t>& order) {
-  if (n <= kBlock<int16_t>) return sortFewBytes(p, n, order);
+  if (n <= kBlock<int8_t>) return sortShort(p, n, order, order);
   const auto [low, high] = mapKeys(p, p, n, order);
   countFewValues(p, n, order, low);
 }

@@ -33,6 +33,12 @@ struct FloatMoments {
     sum += x;
     squares = fma(x, x, squares);
   }
+  // Half of the additions go to the multiplier: the adder converts as well.
+  OVKS_INLINE void addOdd(Vec<float, kElements> v) {
+    const V x = convert<F>(v);
+    sum = plusWidened(sum, v);
+    squares = fma(x, x, squares);
+  }
   OVKS_INLINE void merge(const FloatMoments& o) {
     sum += o.sum;
     squares += o.squares;
@@ -80,7 +86,8 @@ struct ShortMoments {
   OVKS_INLINE Moments<int64_t> parts() const { return {sum.parts().re, squares.total()}; }
 };
 
-// How elements lie about their mean: how many, their mean, and the sum of the squares of their distances from it.
+// How elements lie about their mean: how many, their mean (from a common origin), and the sum of the squares of their
+// distances from it.
 struct Spread {
   double count, mean, squares;
 
@@ -105,12 +112,12 @@ float deviation(Moments<double> m, int len) {
 
 // Blocks near to each other in memory mostly lie near in value, so the first element of a block is pivot enough: its
 // squares lose no digits, equal elements have none at all, and the blocks' spreads add without cancellation.
-OVKS_INLINE Spread spread(const double* src, std::ptrdiff_t n) {
+OVKS_INLINE Spread spread(const double* src, std::ptrdiff_t n, double origin) {
   const ShiftedMoments m = fold(ShiftedMoments{src[0]}, n, src);
   const double count = static_cast<double>(n);
   const double sum = partsOf<double>(foldLanes(m.sum, kPlus)).re;
   const double squares = partsOf<double>(foldLanes(m.squares, kPlus)).re - sum * sum / count;
-  return {count, m.pivot + sum / count, squares < 0 ? 0 : squares};
+  return {count, m.pivot - origin + sum / count, squares < 0 ? 0 : squares};
 }
 
 template <class... Sum>
@@ -120,7 +127,7 @@ double deviation(const double* src, std::ptrdiff_t n, Sum&... sum) {
   for (std::ptrdiff_t i = 0; i < n; i += kBlock) {
     const std::ptrdiff_t count = n - i < kBlock ? n - i : kBlock;
     ((sum += sumOf(src + i, count).re), ...);
-    all += spread(src + i, count);
+    all += spread(src + i, count, src[0]);
   }
   return root(all.squares / (all.count - 1));
 }

@@ -56,14 +56,11 @@ struct ShortDot {
   using V = Elements<B, kElements>;
   using W = WideVec<V>;
   static constexpr std::ptrdiff_t kBlock = WideSum<W>::kSteps * kElements;
-  WideSum<W> re, im, like;
+  WideSum<W> re, im;
 
   OVKS_INLINE void add(Elements<A, kElements> a, V b) {
     if constexpr (isComplex<A>) {
-      // like = ar br + ai bi; the real part will be 2 ar br - like.
-      const V realOnly = bits<V>(bits<W>(a) & broadcast<W>(0xffff));
-      re.add(detail::multiplyNeighbours(realOnly, b));
-      like.add(detail::multiplyNeighbours(a, b));
+      re.add(ExactComplexProduct<V>{a, b}.real());
       im.add(detail::multiplyNeighbours(a, swapParts(b)));
     } else if constexpr (isComplex<B>) {
       const W wide = convert<int32_t>(a);
@@ -76,13 +73,8 @@ struct ShortDot {
   OVKS_INLINE void merge(const ShortDot& o) {
     re.merge(o.re);
     if constexpr (isComplex<B>) im.merge(o.im);
-    if constexpr (isComplex<A>) like.merge(o.like);
   }
-  OVKS_INLINE Parts<int64_t> parts() const {
-    if constexpr (isComplex<A>) return {2 * re.total() - like.total(), im.total()};
-    else if constexpr (isComplex<B>) return {re.total(), im.total()};
-    else return {re.total(), 0};
-  }
+  OVKS_INLINE Parts<int64_t> parts() const { return {re.total(), isComplex<B> ? im.total() : 0}; }
 };
 
 // Products of up to 32 bits each way.

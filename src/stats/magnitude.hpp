@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/complex.hpp"
+#include "core/root.hpp"
 #include "stats/sum.hpp"
 #include "stats/wide_sum.hpp"
 

@@ -4,6 +4,7 @@
 
 #include "core/float_to_integer.hpp"
 #include "core/fold.hpp"
+#include "core/root.hpp"
 #include "core/wide_integer.hpp"
 
 namespace ovks {

@@ -185,11 +185,12 @@ Status divide(Form form, D* pDst, int len, int scaleFactor, const S*... src) {
 Status divideExactly(const int32_t* pSrc1, const int32_t* pSrc2, int32_t* pDst, int len, int scaleFactor) {
   Status status = StatusOk;
   for (int i = 0; i < len; ++i) {
-    const int32_t divisor = pSrc1[i], dividend = pSrc2[i];
+    const auto divisor = load<int32_t>(pSrc1 + i), dividend = load<int32_t>(pSrc2 + i);
     int64_t quotient = dividend == 0 ? 0 : dividend > 0 ? INT64_MAX : INT64_MIN;
     if (divisor == 0) status = StatusDivByZero;
     else quotient = scaledQuotient(dividend, divisor, scaleFactor);
-    pDst[i] = static_cast<int32_t>(quotient > INT32_MAX ? INT32_MAX : quotient < INT32_MIN ? INT32_MIN : quotient);
+    quotient = quotient > INT32_MAX ? INT32_MAX : quotient < INT32_MIN ? INT32_MIN : quotient;
+    store(pDst + i, static_cast<int32_t>(quotient));
   }
   return status;
 }
@@ -251,7 +252,7 @@ Status divC(const D* pSrc, D val, D* pDst, int len, int scaleFactor) {
 Status divC(int64_t val, int64_t* pSrcDst, int len, int scaleFactor) {
   if (const Status s = check(len, pSrcDst)) return s;
   if (val == 0) return StatusDivByZeroErr;
-  for (int i = 0; i < len; ++i) pSrcDst[i] = scaledQuotient(pSrcDst[i], val, scaleFactor);
+  for (int i = 0; i < len; ++i) store(pSrcDst + i, scaledQuotient(load<int64_t>(pSrcDst + i), val, scaleFactor));
   return StatusOk;
 }
 

@@ -81,7 +81,8 @@ Status multiplyToInteger(double val, int64_t* pSrcDst, int len, int scaleFactor)
 
 Status multiplyLong(int64_t val, int64_t* pSrcDst, int len, int scaleFactor) {
   if (const Status s = check(len, pSrcDst)) return s;
-  for (int i = 0; i < len; ++i) pSrcDst[i] = scaledLong(__int128{pSrcDst[i]} * val, scaleFactor);
+  for (int i = 0; i < len; ++i)
+    store(pSrcDst + i, scaledLong(__int128{load<int64_t>(pSrcDst + i)} * val, scaleFactor));
   return StatusOk;
 }
 

@@ -43,9 +43,14 @@ F nearOne(Random& random) {
 template <class F>
 void checkSpecial() {
   using L = std::numeric_limits<F>;
-  const F cases[][2] = {{0, -L::infinity()},         {F{-0.0}, -L::infinity()},  {-1, L::quiet_NaN()},
-                        {-L::denorm_min(), L::quiet_NaN()}, {-L::infinity(), L::quiet_NaN()}, {L::infinity(), L::infinity()},
-                        {L::quiet_NaN(), L::quiet_NaN()},   {1, 0}};
+  const F cases[][2] = {{0, -L::infinity()},
+                        {F{-0.0}, -L::infinity()},
+                        {-1, L::quiet_NaN()},
+                        {-L::denorm_min(), L::quiet_NaN()},
+                        {-L::infinity(), L::quiet_NaN()},
+                        {L::infinity(), L::infinity()},
+                        {L::quiet_NaN(), L::quiet_NaN()},
+                        {1, 0}};
   for (const auto& [x, want] : cases) {
     const F got = log(broadcast<Vec<F>>(x))[0];
     EXPECT_TRUE(got == want || (std::isnan(got) && std::isnan(want))) << x << ' ' << got;

@@ -15,41 +15,47 @@ class Sort : public testing::Test {
     return size;
   }
 
-  // All eight sorts of one input, in memory of exactly its size.
+  // All eight sorts of one input, in memory of exactly its size; the work buffer at any address.
   static void expectSorted(std::span<const T> input, bool atEnd) {
     const std::size_t n = input.size();
     const int len = static_cast<int>(n);
-    const Guarded<T> data(n, atEnd), source(n, atEnd);
-    const Guarded<int32_t> index(n, atEnd);
-    const Guarded<uint8_t> buffer(static_cast<std::size_t>(bufferSize(len)), atEnd);
-    const std::span<T> v = data.span();
+    const ovks::test::Place place{atEnd, 0}, anywhere{atEnd, n % 64};
+    const std::vector<int32_t> unset(n, -1);
+    const std::vector<uint8_t> room(static_cast<std::size_t>(bufferSize(len)));
+    ovks::test::Guarded values(input.size_bytes()), index(n * sizeof unset[0]), work(room.size());
+    T* v = nullptr;
+    int32_t* positions = nullptr;
+    uint8_t* buffer = nullptr;
+    const auto reset = [&] {
+      v = reinterpret_cast<T*>(values.put(place, input.data(), input.size_bytes()));
+      positions = reinterpret_cast<int32_t*>(index.put(place, unset.data(), n * sizeof unset[0]));
+      buffer = reinterpret_cast<uint8_t*>(work.put(anywhere, room.data(), room.size()));
+    };
+    const auto intact = [&] { return values.intact() && index.intact() && work.intact(); };
     const uint64_t before = contents(input);
-    const auto reset = [&] { std::copy(input.begin(), input.end(), v.begin()); };
-    std::copy(input.begin(), input.end(), source.span().begin());
 
     for (const bool descending : {false, true}) {
       SCOPED_TRACE(descending ? "descending" : "ascending");
       const auto& sort = kSorts<T>.directions[descending];
+      const auto inOrder = [&](std::span<const T> x) { return sorted(x, descending) && contents(x) == before; };
       reset();
-      ASSERT_EQ(sort.values(v.data(), len), StatusOk);
-      ASSERT_TRUE(sorted<T>(v, descending));
-      ASSERT_EQ(contents<T>(v), before);
+      ASSERT_EQ(sort.values(v, len), StatusOk);
+      ASSERT_TRUE(inOrder({v, n}) && intact());
       reset();
-      ASSERT_EQ(sort.index(v.data(), index.data(), len), StatusOk);
-      ASSERT_TRUE(sorted<T>(v, descending));
-      ASSERT_TRUE(permutes<T>(input, index.span(), v));
-      ASSERT_TRUE(keepsPositions(v, index.span()));
+      ASSERT_EQ(sort.radix(v, len, buffer), StatusOk);
+      ASSERT_TRUE(inOrder({v, n}) && intact());
       reset();
-      ASSERT_EQ(sort.radix(v.data(), len, buffer.data()), StatusOk);
-      ASSERT_TRUE(sorted<T>(v, descending));
-      ASSERT_EQ(contents<T>(v), before);
-      std::fill(index.span().begin(), index.span().end(), -1);
-      ASSERT_EQ(sort.radixIndex(source.data(), index.data(), len, buffer.data()), StatusOk);
-      ASSERT_EQ(std::memcmp(source.data(), input.data(), input.size_bytes()), 0);
-      for (std::size_t i = 0; i < n; ++i) v[i] = input[static_cast<std::size_t>(index.span()[i]) % n];
-      ASSERT_TRUE(sorted<T>(v, descending));
-      ASSERT_TRUE(permutes<T>(input, index.span(), v));
-      ASSERT_TRUE(keepsPositions(v, index.span()));
+      ASSERT_EQ(sort.index(v, positions, len), StatusOk);
+      ASSERT_TRUE(inOrder({v, n}) && intact());
+      ASSERT_TRUE(permutes<T>(input, {positions, n}, {v, n}) && keepsPositions({v, n}, {positions, n}));
+      reset();
+      ASSERT_EQ(sort.radixIndex(v, positions, len, buffer), StatusOk);
+      ASSERT_EQ(std::memcmp(v, input.data(), input.size_bytes()), 0);
+      ASSERT_TRUE(intact());
+      std::vector<T> inPlace(n);
+      for (std::size_t i = 0; i < n; ++i) inPlace[i] = input[static_cast<std::size_t>(positions[i]) % n];
+      ASSERT_TRUE(inOrder(inPlace));
+      ASSERT_TRUE(permutes<T>(input, {positions, n}, inPlace) && keepsPositions(inPlace, {positions, n}));
     }
   }
 
@@ -134,6 +140,24 @@ TYPED_TEST(Sort, ChecksItsArguments) {
   EXPECT_EQ(v[0], 2);
   EXPECT_EQ(v[1], 1);
   EXPECT_EQ(index[0], -1);
+}
+
+// Positions of more than 24 bits do not fit beside a key's low byte.
+TEST(SortLong, PositionsOfWords) {
+  const int n = (1 << 24) + 1001;
+  std::mt19937_64 random(1);
+  std::vector<int16_t> input(n);
+  for (int16_t& x : input) x = static_cast<int16_t>(random());
+  std::vector<int32_t> index(input.size());
+  int size = 0;
+  ovksSortRadixGetBufferSize(n, DataType16s, &size);
+  std::vector<uint8_t> buffer(static_cast<std::size_t>(size));
+  std::vector<int16_t> v = input;
+  ASSERT_EQ(ovksSortIndexDescend_16s_I(v.data(), index.data(), n), StatusOk);
+  EXPECT_TRUE(sorted<int16_t>(v, true));
+  EXPECT_TRUE(permutes<int16_t>(input, index, v));
+  ASSERT_EQ(ovksSortRadixIndexDescend_16s(input.data(), index.data(), n, buffer.data()), StatusOk);
+  EXPECT_TRUE(permutes<int16_t>(input, index, v));
 }
 
 TEST(SortBuffer, Size) {

@@ -3,8 +3,6 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <sys/mman.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
@@ -15,6 +13,7 @@
 #include <vector>
 
 #include "ovks.h"
+#include "support/guarded.hpp"
 
 template <class T>
 struct Sorts {
@@ -44,26 +43,6 @@ template <> inline constexpr Sorts<double> kSorts<double> = SORTS(64f);
 // clang-format on
 
 using Elements = testing::Types<uint8_t, uint16_t, int16_t, uint32_t, int32_t, float, double>;
-
-// n elements that end where memory ends, or begin where it begins.
-template <class T>
-class Guarded {
-  std::size_t page_ = static_cast<std::size_t>(sysconf(_SC_PAGESIZE)), size_;
-  char* base_;
-  std::span<T> span_;
-
- public:
-  explicit Guarded(std::size_t n, bool atEnd = true) : size_((n * sizeof(T) + page_ - 1) / page_ * page_) {
-    base_ = static_cast<char*>(mmap(nullptr, size_ + 2 * page_, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
-    mprotect(base_ + page_, size_, PROT_READ | PROT_WRITE);
-    span_ = {reinterpret_cast<T*>(base_ + page_ + (atEnd ? size_ - n * sizeof(T) : 0)), n};
-  }
-  Guarded(const Guarded&) = delete;
-  Guarded& operator=(const Guarded&) = delete;
-  ~Guarded() { munmap(base_, size_ + 2 * page_); }
-  T* data() const { return span_.data(); }
-  std::span<T> span() const { return span_; }
-};
 
 // The order promised: NaNs after everything, zeros alike.
 template <class T>

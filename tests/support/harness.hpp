@@ -151,7 +151,7 @@ struct Signature {
   template <std::size_t k>
   using Element = std::remove_cv_t<std::remove_pointer_t<Parameter<k>>>;
 
-  static constexpr bool isVector[] = {std::is_pointer_v<P>...};
+  static constexpr bool isVector[sizeof...(P)] = {std::is_pointer_v<P>...};
   static constexpr std::size_t last = [] {
     std::size_t l = sizeof...(P) - 1;
     while (!isVector[l]) --l;

@@ -9,7 +9,6 @@
 #include "ovks.h"
 
 int main(int argc, char** argv) {
-  constexpr int kSkipped = 77;
   constexpr std::string_view kOption = "--level=";
   testing::InitGoogleTest(&argc, argv);
   if (GTEST_FLAG_GET(random_seed) == 0) GTEST_FLAG_SET(random_seed, static_cast<int>(std::time(nullptr) % 99999 + 1));
@@ -20,7 +19,7 @@ int main(int argc, char** argv) {
     const std::string_view wanted = argument.substr(kOption.size());
     if (wanted == loaded) continue;
     std::printf("level %s was asked for, the loader took %s\n", wanted.data(), loaded.data());
-    return wanted == "n0" && !__builtin_cpu_supports("avx512f") ? kSkipped : 1;
+    return 1;
   }
   std::printf("level %s, --gtest_random_seed=%d\n", loaded.data(), GTEST_FLAG_GET(random_seed));
   return RUN_ALL_TESTS();
