@@ -155,7 +155,7 @@ struct ExactComplexProduct {
 
   OVKS_INLINE W real() const {
     if constexpr (sizeof(T) == 2) {
-      // ar br + ai ~bi + ai = ar br - ai bi
+      // a.re b.re + a.im ~b.im + a.im = a.re b.re - a.im b.im
       const V notImag = bits<V>(bits<W>(b) ^ broadcast<W>(static_cast<Lane<W>>(0xffff0000)));
       return wrappedSum(detail::multiplyNeighbours(a, notImag), bits<W>(a) >> 16);
     } else {

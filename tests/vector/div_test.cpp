@@ -33,7 +33,7 @@ template <class T>
 Near partRatio(long double p, long double q, Complex<T> a, Complex<T> c) {
   using L = std::numeric_limits<T>;
   constexpr long double kUnit = L::epsilon() / 2, kWork = 0x1p-53L;
-  const long double ar = a.re, ai = a.im, square = ar * ar + ai * ai, value = (p + q) / square;
+  const long double x = a.re, y = a.im, square = x * x + y * y, value = (p + q) / square;
   const long double rounded = std::max(std::fabs(p), std::fabs(q)) / square;
   const long double sizeA = std::sqrt(square), sizeC = std::hypot(c.re, c.im);
   if (std::isfinite(rounded) && std::max(sizeC, std::fabs(value)) > L::max() / 16) return {value, INFINITY};
