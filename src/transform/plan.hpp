@@ -40,7 +40,8 @@ constexpr int outerBits(int order) {
 
 // Of radix 8 as far as may be. AVX-512 has registers enough for radix 16, which goes last: where rows stand a page
 // apart, their lines share a set of the first cache, and 16 rows are more than it holds. For the same reason a first
-// pass with such strides, which reads one array and writes another, is of radix 4.
+// pass with such strides, which reads one array and writes another, is of radix 4. So are both of 16 rows, where a
+// single butterfly of radix 16 would have to finish alone.
 template <class T>
 constexpr Passes choosePasses(int order) {
   constexpr int kPageRows = 4096 / (2 * kVectorBytes);
@@ -57,7 +58,7 @@ constexpr Passes choosePasses(int order) {
     while (bits > 0) take(3);
     return p;
   }
-  if (p.count == 0 && bits < 8 && bits % 3 == 2) take(2);
+  if (p.count == 0 && (bits == 4 || (bits < 8 && bits % 3 == 2))) take(2);
   else if (p.count == 0 && (1 << bits) / 8 >= kPageRows) take(2);
   while (bits % 4 != 0 && bits >= 3) take(3);
   while (bits >= 4) take(4);
