@@ -26,8 +26,8 @@ function(ovks_add_level target code level folder)
   endif()
   target_link_libraries(${target} PRIVATE ovkcore)
   # No C++ run time: the C driver links, and what the compiler itself calls for is linked in.
-  target_link_options(${target} PRIVATE -static-libgcc "-Wl,--sort-section=name" "-Wl,--gc-sections"
-    "-Wl,-z,relro" "-Wl,-z,now" "${OVKS_GENERATED_DIR}/exports.ld")
+  target_link_options(${target} PRIVATE -static-libgcc "-Wl,--as-needed" "-Wl,--sort-section=name"
+    "-Wl,--gc-sections" "-Wl,-z,relro" "-Wl,-z,now" "${OVKS_GENERATED_DIR}/exports.ld")
   if(NOT OVKS_SANITIZE)
     target_link_options(${target} PRIVATE "-Wl,-z,defs")
     set_target_properties(${target} PROPERTIES LINKER_LANGUAGE C)
