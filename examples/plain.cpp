@@ -18,6 +18,12 @@ void toFloat(const int16_t* src, float* dst, int len) {
   for (int i = 0; i < len; ++i) dst[i] = src[i];
 }
 
+float peak(const float* src, int len) {
+  float peak = 0;
+  for (int i = 0; i < len; ++i) peak = std::max(peak, std::abs(src[i]));
+  return peak;
+}
+
 void multiply(float val, float* srcDst, int len) {
   for (int i = 0; i < len; ++i) srcDst[i] *= val;
 }

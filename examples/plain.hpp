@@ -7,6 +7,7 @@
 namespace plain {
 
 void toFloat(const int16_t* src, float* dst, int len);
+float peak(const float* src, int len);
 void multiply(float val, float* srcDst, int len);
 void multiply(const float* src, float* srcDst, int len);
 

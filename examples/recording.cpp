@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Sends a recording through the library: gain, fades and an echo. Writes out/recording.wav and out/recording.svg, and
-// prints what each step took beside a plain loop that does the same.
+// prints its levels and what each step took beside a plain loop that does the same.
 //
 //   demo [file.wav | --generated]
 #include <ovks.h>
@@ -14,7 +14,9 @@
 #include <stdexcept>
 #include <string_view>
 
+#include "levels.hpp"
 #include "source.hpp"
+#include "status.hpp"
 #include "steps.hpp"
 #include "svg.hpp"
 
@@ -40,7 +42,7 @@ double nanoseconds(F call) {
 }
 
 bool equal(const Signal& a, const Signal& b) {
-  return std::equal(a.pcm.begin(), a.pcm.end(), b.pcm.begin()) &&
+  return a.peak == b.peak && std::equal(a.pcm.begin(), a.pcm.end(), b.pcm.begin()) &&
          std::equal(a.echo.begin(), a.echo.end(), b.echo.begin()) &&
          std::memcmp(a.wave.data(), b.wave.data(), sizeof(float) * static_cast<std::size_t>(a.wave.size())) == 0;
 }
@@ -56,7 +58,7 @@ Nanoseconds take(const Step& step, Signal& signal) {
     Status status = StatusOk;
     signal = before;
     library.push_back(nanoseconds([&] { status = step.library(signal); }));
-    if (status != StatusOk) throw std::runtime_error(std::string(step.call) + " returned " + std::to_string(status));
+    demo::require(status, step.call);
     expected = before;
     plain.push_back(nanoseconds([&] { step.plain(expected); }));
   }
@@ -75,6 +77,13 @@ wav::Recording process(const wav::Recording& recording) {
   return {recording.rate, recording.channels, {signal.pcm.begin(), signal.pcm.end()}};
 }
 
+void printLevels(const demo::Levels& before, const demo::Levels& after) {
+  std::printf("\n%-18s %10s %10s\n", "dBFS", "before", "after");
+  std::printf("%-18s %10.1f %10.1f\n", "peak", before.peak, after.peak);
+  std::printf("%-18s %10.1f %10.1f\n", "RMS", before.rms, after.rms);
+  std::printf("%-18s %10.1f %10.1f\n", "DC offset", before.offset, after.offset);
+}
+
 void run(std::string_view argument) {
   std::string name(argument);
   if (name.empty()) name = demo::packagedRecording();
@@ -87,6 +96,7 @@ void run(std::string_view argument) {
   std::printf("%s %s\n", version.Name, version.Version);
 
   const wav::Recording result = process(recording);
+  printLevels(demo::levels(recording), demo::levels(result));
   const std::filesystem::path folder = "out";
   std::filesystem::create_directories(folder);
   wav::write(folder / "recording.wav", result);

@@ -2,7 +2,6 @@
 #include "steps.hpp"
 
 #include <algorithm>
-#include <cstdlib>
 
 #include "plain.hpp"
 
@@ -10,6 +9,7 @@ namespace demo {
 namespace {
 
 constexpr float kPeak = 23198;            // 3 dB below full scale
+constexpr float kMaxGain = 16;            // 24 dB: silence stays silent
 constexpr int16_t kEchoFraction = 13045;  // -8 dB, in 1/2^15
 constexpr int kFractionBits = 15;
 constexpr double kDelaySeconds = 0.18, kFadeSeconds = 0.25;
@@ -20,18 +20,14 @@ int samplesIn(double seconds, const wav::Recording& r) {
 }
 
 // What brings the largest sample to kPeak.
-float gainFor(const wav::Recording& r) {
-  int peak = 0;
-  for (const int sample : r.samples) peak = std::max(peak, std::abs(sample));
-  return peak == 0 ? 1.0f : kPeak / static_cast<float>(peak);
-}
+float gainFor(float peak) { return kPeak / std::max(peak, kPeak / kMaxGain); }
 
 }  // namespace
 
 Signal::Signal(const wav::Recording& r)
     : length(static_cast<int>(r.samples.size())),
       delay(samplesIn(kDelaySeconds, r)),
-      gain(gainFor(r)),
+      peak(0),
       pcm(length + delay),
       wave(length),
       echo(length),
@@ -52,9 +48,12 @@ std::vector<Step> steps(const Signal& signal) {
       {"to floating point", "ovksConvert_16s32f", all,
        [](Signal& s) { return ovksConvert_16s32f(s.pcm.data(), s.wave.data(), s.length); },
        [](Signal& s) { plain::toFloat(s.pcm.data(), s.wave.data(), s.length); }},
+      {"peak", "ovksNorm_Inf_32f", all,  //
+       [](Signal& s) { return ovksNorm_Inf_32f(s.wave.data(), s.length, &s.peak); },
+       [](Signal& s) { s.peak = plain::peak(s.wave.data(), s.length); }},
       {"gain", "ovksMulC_32f_I", all,  //
-       [](Signal& s) { return ovksMulC_32f_I(s.gain, s.wave.data(), s.length); },
-       [](Signal& s) { plain::multiply(s.gain, s.wave.data(), s.length); }},
+       [](Signal& s) { return ovksMulC_32f_I(gainFor(s.peak), s.wave.data(), s.length); },
+       [](Signal& s) { plain::multiply(gainFor(s.peak), s.wave.data(), s.length); }},
       {"fade in", "ovksMul_32f_I", fade,
        [](Signal& s) { return ovksMul_32f_I(s.fadeIn.data(), s.wave.data(), s.fadeIn.size()); },
        [](Signal& s) { plain::multiply(s.fadeIn.data(), s.wave.data(), s.fadeIn.size()); }},

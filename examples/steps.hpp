@@ -15,7 +15,7 @@ struct Signal {
 
   int length;             // samples of the recording
   int delay;              // of the echo, in samples
-  float gain;             // a factor
+  float peak;             // of the wave
   Vector<int16_t> pcm;    // the recording, then the result, with room for the echo's end
   Vector<float> wave;     // in between, 32768 being full scale
   Vector<int16_t> echo;   // the result, quieter
