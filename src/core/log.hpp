@@ -52,10 +52,10 @@ struct Scientific {
 
   OVKS_INLINE explicit Scientific(V v) {
     constexpr auto one = typename Traits::I{Traits::kBias} << Traits::kMantissa;
-    const I shifted = bits<I>(v) + broadcast<I>(one - Traits::kRootHalf);
-    biased = bits<U>(shifted) >> Traits::kMantissa;
-    const I rest = shifted & broadcast<I>((typename Traits::I{1} << Traits::kMantissa) - 1);
-    mantissa = bits<V>(rest + broadcast<I>(Traits::kRootHalf));
+    const U shifted = bits<U>(v) + broadcast<U>(one - Traits::kRootHalf);
+    biased = shifted >> Traits::kMantissa;
+    const U rest = shifted & broadcast<U>((typename Traits::I{1} << Traits::kMantissa) - 1);
+    mantissa = bits<V>(rest + broadcast<U>(Traits::kRootHalf));
   }
 
   // In floating point, by way of the mantissa of a number that has room for it.

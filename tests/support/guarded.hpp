@@ -43,7 +43,8 @@ class Guarded {
     last_ = first_ + n;
     std::memset(low(), kCanary, static_cast<std::size_t>(first_ - low()));
     std::memset(last_, kCanary, static_cast<std::size_t>(high() - last_));
-    return static_cast<std::byte*>(std::memcpy(first_, bytes, n));
+    if (n > 0) std::memcpy(first_, bytes, n);
+    return first_;
   }
 
   // Whether the bytes around the copy are as they were.
