@@ -24,6 +24,14 @@ float peak(const float* src, int len) {
   return peak;
 }
 
+void filter(const float* taps, int tapsLen, int channels, float* srcDst, int len) {
+  for (int i = len - 1; i >= 0; --i) {  // backwards, as it needs what comes before
+    float sum = 0;
+    for (int k = 0; k < tapsLen && i >= k * channels; ++k) sum += taps[k] * srcDst[i - k * channels];
+    srcDst[i] = sum;
+  }
+}
+
 void multiply(float val, float* srcDst, int len) {
   for (int i = 0; i < len; ++i) srcDst[i] *= val;
 }
