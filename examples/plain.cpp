@@ -36,6 +36,10 @@ void multiply(float val, float* srcDst, int len) {
   for (int i = 0; i < len; ++i) srcDst[i] *= val;
 }
 
+void add(const float* src, float* srcDst, int len) {
+  for (int i = 0; i < len; ++i) srcDst[i] += src[i];
+}
+
 void multiply(const float* src, float* srcDst, int len) {
   for (int i = 0; i < len; ++i) srcDst[i] *= src[i];
 }

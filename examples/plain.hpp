@@ -12,6 +12,7 @@ float peak(const float* src, int len);
 void filter(const float* taps, int tapsLen, int channels, float* srcDst, int len);
 
 void multiply(float val, float* srcDst, int len);
+void add(const float* src, float* srcDst, int len);
 void multiply(const float* src, float* srcDst, int len);
 
 // To nearest, ties to even, saturated.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Sends a recording through the library: band-pass, gain, fades and an echo. Writes out/recording.wav and
+// Sends a recording through the library: band-pass, gain, fades, dither and an echo. Writes out/recording.wav and
 // out/recording.svg, and prints its levels and what each step took beside a plain loop that does the same.
 //
 //   demo [file.wav | --generated]
@@ -110,7 +110,7 @@ void run(std::string_view argument) {
   std::filesystem::create_directories(folder);
   wav::write(folder / "recording.wav", result);
   std::ofstream drawing(folder / "recording.svg");
-  drawing << svg::waveforms({{"before: " + name, recording}, {"after: band-pass, gain, fades, echo", result}});
+  drawing << svg::waveforms({{"before: " + name, recording}, {"after: band-pass, gain, fades, dither, echo", result}});
   if (!drawing.flush()) throw std::runtime_error("cannot write out/recording.svg");
   std::printf("\nEvery step gave what its plain loop gives, to the bit or, the band-pass, to an eighth of a 16-bit step.\nout/recording.wav, out/recording.svg\n");
 }

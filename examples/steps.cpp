@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "dither.hpp"
 #include "plain.hpp"
 
 namespace demo {
@@ -35,6 +36,7 @@ Signal::Signal(const wav::Recording& r)
       echo(length),
       fadeIn(std::min(length, samplesIn(kFadeSeconds, r))),
       fadeOut(fadeIn.size()),
+      noise(dither(length)),
       bandPass(std::make_shared<BandPass>(r.rate, r.channels)) {
   std::copy(r.samples.begin(), r.samples.end(), pcm.begin());
   const int frames = fadeIn.size() / r.channels;
@@ -70,6 +72,9 @@ std::vector<Step> steps(const Signal& signal) {
       {"fade out", "ovksMul_32f_I", fade,
        [](Signal& s) { return ovksMul_32f_I(s.fadeOut.data(), s.wave.end() - s.fadeOut.size(), s.fadeOut.size()); },
        [](Signal& s) { plain::multiply(s.fadeOut.data(), s.wave.end() - s.fadeOut.size(), s.fadeOut.size()); }},
+      {"dither", "ovksAdd_32f_I", all,  //
+       [](Signal& s) { return ovksAdd_32f_I(s.noise.data(), s.wave.data(), s.length); },
+       [](Signal& s) { plain::add(s.noise.data(), s.wave.data(), s.length); }},
       {"to 16 bits", "ovksConvert_32f16s_Sfs", all,
        [](Signal& s) { return ovksConvert_32f16s_Sfs(s.wave.data(), s.pcm.data(), s.length, RoundNear, 0); },
        [](Signal& s) { plain::toInteger(s.wave.data(), s.pcm.data(), s.length); }},

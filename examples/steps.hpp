@@ -24,6 +24,7 @@ struct Signal {
   Vector<int16_t> echo;   // the result, quieter
   Vector<float> fadeIn;   // factors from 0 to 1
   Vector<float> fadeOut;  // and back
+  Vector<float> noise;    // for the rounding
   std::shared_ptr<BandPass> bandPass;
 };
 
