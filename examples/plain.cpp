@@ -24,8 +24,20 @@ float peak(const float* src, int len) {
   return peak;
 }
 
+void filter(const float* taps, int tapsLen, int channels, float* srcDst, int len) {
+  for (int i = len - 1; i >= 0; --i) {  // backwards, as it needs what comes before
+    float sum = 0;
+    for (int k = 0; k < tapsLen && i >= k * channels; ++k) sum += taps[k] * srcDst[i - k * channels];
+    srcDst[i] = sum;
+  }
+}
+
 void multiply(float val, float* srcDst, int len) {
   for (int i = 0; i < len; ++i) srcDst[i] *= val;
+}
+
+void add(const float* src, float* srcDst, int len) {
+  for (int i = 0; i < len; ++i) srcDst[i] += src[i];
 }
 
 void multiply(const float* src, float* srcDst, int len) {

@@ -8,7 +8,11 @@ namespace plain {
 
 void toFloat(const int16_t* src, float* dst, int len);
 float peak(const float* src, int len);
+// srcDst[n] = sum of taps[k] * srcDst[n - k * channels].
+void filter(const float* taps, int tapsLen, int channels, float* srcDst, int len);
+
 void multiply(float val, float* srcDst, int len);
+void add(const float* src, float* srcDst, int len);
 void multiply(const float* src, float* srcDst, int len);
 
 // To nearest, ties to even, saturated.
