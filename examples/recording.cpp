@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Sends a recording through the library: band-pass, gain, fades, dither and an echo. Writes out/recording.wav and
-// out/recording.svg, and prints its levels and what each step took beside a plain loop that does the same.
+// Sends a recording through the library: band-pass, gain, fades, dither and an echo. Writes out/recording.wav and, with
+// their before and after, out/recording.svg and out/spectrogram.svg; prints levels, the strongest frequency, and what
+// each step took beside a plain loop that does the same.
 //
 //   demo [file.wav | --generated]
 #include <ovks.h>
@@ -42,8 +43,7 @@ double nanoseconds(F call) {
 }
 
 bool equal(const Vector<float>& a, const Vector<float>& b, double tolerance) {
-  if (tolerance == 0)
-    return std::memcmp(a.data(), b.data(), sizeof(float) * static_cast<std::size_t>(a.size())) == 0;
+  if (tolerance == 0) return std::memcmp(a.data(), b.data(), sizeof(float) * static_cast<std::size_t>(a.size())) == 0;
   float difference;
   demo::require(ovksNormDiff_Inf_32f(a.data(), b.data(), a.size(), &difference), "ovksNormDiff_Inf_32f");
   return difference <= tolerance;
@@ -71,7 +71,8 @@ Nanoseconds take(const Step& step, Signal& signal) {
     plain.push_back(nanoseconds([&] { step.plain(expected); }));
     spent += library.back() + plain.back();
   }
-  if (!equal(signal, expected, step.tolerance)) throw std::runtime_error(std::string(step.call) + " differs from the plain loop");
+  if (!equal(signal, expected, step.tolerance))
+    throw std::runtime_error(std::string(step.call) + " differs from the plain loop");
   return {median(library) / step.samples, median(plain) / step.samples};
 }
 
@@ -86,11 +87,20 @@ wav::Recording process(const wav::Recording& recording) {
   return {recording.rate, recording.channels, {signal.pcm.begin(), signal.pcm.end()}};
 }
 
-void printLevels(const demo::Levels& before, const demo::Levels& after) {
-  std::printf("\n%-18s %10s %10s\n", "dBFS", "before", "after");
-  std::printf("%-18s %10.1f %10.1f\n", "peak", before.peak, after.peak);
-  std::printf("%-18s %10.1f %10.1f\n", "RMS", before.rms, after.rms);
-  std::printf("%-18s %10.1f %10.1f\n", "DC offset", before.offset, after.offset);
+void printTraits(const wav::Recording& recording, const wav::Recording& result, double strongest,
+                 double strongestAfter) {
+  const demo::Levels before = demo::levels(recording), after = demo::levels(result);
+  std::printf("\n%-18s %10s %10s\n", "", "before", "after");
+  std::printf("%-18s %10.1f %10.1f\n", "peak, dBFS", before.peak, after.peak);
+  std::printf("%-18s %10.1f %10.1f\n", "RMS, dBFS", before.rms, after.rms);
+  std::printf("%-18s %10.1f %10.1f\n", "DC offset, dBFS", before.offset, after.offset);
+  std::printf("%-18s %10.1f %10.1f\n", "strongest, Hz", strongest, strongestAfter);
+}
+
+void write(const std::filesystem::path& path, const std::string& drawing) {
+  std::ofstream file(path);
+  file << drawing;
+  if (!file.flush()) throw std::runtime_error("cannot write " + path.string());
 }
 
 void run(std::string_view argument) {
@@ -105,14 +115,18 @@ void run(std::string_view argument) {
   std::printf("%s %s\n", version.Name, version.Version);
 
   const wav::Recording result = process(recording);
-  printLevels(demo::levels(recording), demo::levels(result));
+  const demo::Spectrogram before = demo::spectrogram(recording), after = demo::spectrogram(result);
+  printTraits(recording, result, before.strongest, after.strongest);
+
   const std::filesystem::path folder = "out";
   std::filesystem::create_directories(folder);
   wav::write(folder / "recording.wav", result);
-  std::ofstream drawing(folder / "recording.svg");
-  drawing << svg::waveforms({{"before: " + name, recording}, {"after: band-pass, gain, fades, dither, echo", result}});
-  if (!drawing.flush()) throw std::runtime_error("cannot write out/recording.svg");
-  std::printf("\nEvery step gave what its plain loop gives, to the bit or, the band-pass, to an eighth of a 16-bit step.\nout/recording.wav, out/recording.svg\n");
+  const std::string titles[] = {"before: " + name, "after: band-pass, gain, fades, dither, echo"};
+  write(folder / "recording.svg", svg::waveforms({{titles[0], recording}, {titles[1], result}}));
+  write(folder / "spectrogram.svg", svg::spectrograms({{titles[0], before}, {titles[1], after}}));
+  std::printf(
+      "\nEvery step gave what its plain loop gives: to the bit, but the band-pass to an eighth of a 16-bit step.\n");
+  std::printf("out/recording.wav, out/recording.svg, out/spectrogram.svg\n");
 }
 
 }  // namespace

@@ -53,8 +53,7 @@ std::vector<Step> steps(const Signal& signal) {
       {"to floating point", "ovksConvert_16s32f", all,
        [](Signal& s) { return ovksConvert_16s32f(s.pcm.data(), s.wave.data(), s.length); },
        [](Signal& s) { plain::toFloat(s.pcm.data(), s.wave.data(), s.length); }},
-      {"band-pass", "ovksFIRSR_32f", all,
-       [](Signal& s) { return s.bandPass->filter(s.wave.data(), s.length); },
+      {"band-pass", "ovksFIRSR_32f", all, [](Signal& s) { return s.bandPass->filter(s.wave.data(), s.length); },
        [](Signal& s) {
          const Vector<float>& taps = s.bandPass->taps();
          plain::filter(taps.data(), taps.size(), s.channels, s.wave.data(), s.length);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What happens to the recording: a list of steps, each one call of the library.
+// What happens to the recording: a list of steps, each one function of the library.
 #pragma once
 
 #include <memory>

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
-// Waveforms as a drawing: one lane per channel, above one time axis.
+// Drawings above one time axis: waveforms, one lane per channel, and spectrograms.
 #pragma once
 
 #include <string>
 #include <vector>
 
+#include "spectrogram.hpp"
 #include "wav.hpp"
 
 namespace svg {
@@ -14,6 +15,12 @@ struct Waveform {
   const wav::Recording& recording;
 };
 
+struct Picture {
+  std::string title;
+  const demo::Spectrogram& spectrogram;
+};
+
 std::string waveforms(const std::vector<Waveform>& waveforms);
+std::string spectrograms(const std::vector<Picture>& pictures);
 
 }  // namespace svg

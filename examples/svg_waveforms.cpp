@@ -1,44 +1,17 @@
 // SPDX-License-Identifier: MIT
-#include "svg.hpp"
-
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <cstdio>
+
+#include "svg.hpp"
+#include "svg_frame.hpp"
 
 namespace svg {
 namespace {
 
-constexpr int kLeft = 56, kWidth = 880, kRight = 24, kTitle = 34, kLane = 96, kGap = 20, kAxis = 28;
+constexpr int kLane = 96;
 constexpr std::array kColours = {"#64748b", "#2563eb"};
-
-template <class... A>
-std::string text(const char* pattern, A... values) {
-  std::array<char, 256> line;
-  std::snprintf(line.data(), line.size(), pattern, values...);
-  return line.data();
-}
-
-std::string escaped(const std::string& plain) {
-  std::string r;
-  for (const char c : plain) {
-    if (c == '&') r += "&amp;";
-    else if (c == '<') r += "&lt;";
-    else if (static_cast<unsigned char>(c) < ' ') r += ' ';
-    else r += c;
-  }
-  return r;
-}
-
-// Seconds between ticks: 1, 2 or 5 times a power of ten, five to twelve ticks in all.
-double tickStep(double seconds) {
-  const double power = std::pow(10, std::floor(std::log10(seconds / 5)));
-  for (const double factor : {5, 2}) {
-    if (factor * power <= seconds / 5) return factor * power;
-  }
-  return power;
-}
 
 // One channel's outline, from its highest samples forth and its lowest back, one of each per pixel.
 std::string outline(const wav::Recording& r, int channel, double seconds, int top) {
@@ -70,24 +43,11 @@ std::string waveforms(const std::vector<Waveform>& waveforms) {
     seconds = std::max(seconds, w.recording.seconds());
     bottom += kTitle + w.recording.channels * (kLane + kGap);
   }
-  const int width = kLeft + kWidth + kRight, height = bottom + kAxis;
-  std::string r = text(
-      "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 %d %d\" width=\"%d\" height=\"%d\" "
-      "font-family=\"sans-serif\" font-size=\"12\" fill=\"#334155\">\n",
-      width, height, width, height);
-  r += "<rect width=\"100%\" height=\"100%\" fill=\"white\"/>\n";
-
-  const double step = tickStep(seconds);
-  for (int i = 0; i * step <= seconds; ++i) {
-    const double x = kLeft + kWidth * i * step / seconds;
-    r += text("<path d=\"M%.1f %dV%d\" stroke=\"#e2e8f0\"/>", x, kTitle, bottom);
-    r += text("<text x=\"%.1f\" y=\"%d\" text-anchor=\"middle\">%.4g s</text>\n", x, bottom + 18, i * step);
-  }
+  std::string r = opening(seconds, bottom);
   int top = 0;
   for (std::size_t i = 0; i < waveforms.size(); ++i) {
     const wav::Recording& recording = waveforms[i].recording;
-    r += text("<text x=\"%d\" y=\"%d\" font-weight=\"bold\">", kLeft, top + 22) + escaped(waveforms[i].title) +
-         "</text>\n";
+    r += title(waveforms[i].title, top);
     top += kTitle;
     for (int channel = 0; channel < recording.channels; ++channel, top += kLane + kGap) {
       r += text("<path d=\"M%d %dh%dm0 %dh-%d\" stroke=\"#cbd5e1\" stroke-dasharray=\"2 3\"/>", kLeft, top, kWidth,
