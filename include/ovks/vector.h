@@ -251,9 +251,10 @@ Status ovksMulC_Low_32f16s(const float* pSrc, float val, int16_t* pDst, int len)
 /** @name Div
  *  pDst[n] = pSrc2[n] / pSrc1[n], the first source being the divisor; in place pSrcDst[n] = pSrcDst[n] / pSrc[n].
  *
- *  Integers: the exact quotient times 2^-scaleFactor, rounded once to nearest, ties to even, or as @p rndMode says; a
- *  quotient other than 0 saturates at factors below -30. With a zero divisor the largest, smallest or zero value, by
- *  the dividend's sign. Complex: the divisor is zero when both parts are, and each part follows its own dividend part.
+ *  Integers: the exact quotient times 2^-scaleFactor, rounded once to nearest, ties to even, or as @p rndMode says. A
+ *  quotient other than 0 saturates at factors below -30; one of 16s is 0 from factors of 16 on. With a zero divisor the
+ *  largest, smallest or zero value, by the dividend's sign. Complex: the divisor is zero when both parts are, and each
+ *  part follows its own dividend part.
  *
  *  Floating point: with a zero divisor of either sign, infinity with the dividend's sign, or for a zero or NaN dividend
  *  the NaN 0x7FBFFFFF (0x7FF7FFFFFFFFFFFF in double precision); complex part by part. Complex quotients are formed in

@@ -223,6 +223,8 @@ Status div(const D* pSrc, D* pSrcDst, int len) {
 template <class D>
 Status divRound(const D* pSrc1, const D* pSrc2, D* pDst, int len, RoundMode rndMode, int scaleFactor) {
   if (const Status s = check(len, pSrc1, pSrc2, pDst)) return s;
+  // No signed 16-bit quotient survives a factor of 16, not even -32768 that ties would take away from zero.
+  if (std::is_same_v<D, int16_t> && scaleFactor >= 16) scaleFactor = INT32_MAX;
   switch (rndMode) {
     case RoundZero: return divide<RoundZero>(kSources, pDst, len, scaleFactor, pSrc1, pSrc2);
     case RoundNear: return divide<RoundNear>(kSources, pDst, len, scaleFactor, pSrc1, pSrc2);

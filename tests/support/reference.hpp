@@ -52,6 +52,10 @@ struct Exact {
   // Times 2^-scaleFactor, rounded to an integer, saturated.
   template <class T>
   T rounded(int scaleFactor, RoundMode mode) const {
+    // Nothing is left of a signed 16-bit quotient from factors of 16 on, not even a tie.
+    const auto magnitude = [](__int128 x) { return x < 0 ? -x : x; };
+    const bool isShort = std::is_same_v<T, std::int16_t> && magnitude(numerator) <= 32768 * magnitude(denominator);
+    if (leastFactor != INT_MIN && isShort && scaleFactor >= 16) return 0;
     const __int128 r = rounded(scaleFactor, mode);
     using L = std::numeric_limits<T>;
     return r > L::max() ? L::max() : r < L::min() ? L::min() : static_cast<T>(r);
