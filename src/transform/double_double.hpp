@@ -31,10 +31,18 @@ constexpr DoubleDouble<V> exactProduct(V a, V b) {
   }
 }
 
+// a * b + c, at run time with one rounding.
+template <class V>
+constexpr V multiplyAdd(V a, V b, double c) {
+  if constexpr (std::is_arithmetic_v<V>) return a * b + c;
+  else return fma(a, b, V{} + c);
+}
+
+// The parts of the product may overlap.
 template <class V>
 constexpr DoubleDouble<V> operator*(DoubleDouble<V> a, DoubleDouble<V> b) {
   const DoubleDouble<V> p = exactProduct(a.hi, b.hi);
-  return quickSum(p.hi, p.lo + (a.hi * b.lo + a.lo * b.hi));
+  return {p.hi, p.lo + (a.hi * b.lo + a.lo * b.hi)};
 }
 
 constexpr DoubleDouble<double> operator/(DoubleDouble<double> a, double b) {
@@ -50,10 +58,11 @@ constexpr DoubleDouble<V> plus(DoubleDouble<double> c, DoubleDouble<V> a) {
   return quickSum(s.hi, s.lo + (a.lo + c.lo));
 }
 
-// Series of the sine, odd, and the cosine, even, on 0 ... pi/4: sum of (-1)^j x^(2j + odd) / (2j + odd)!
-template <bool odd, class V>
+// Series of the sine, odd, and the cosine, even, on 0 ... pi/4: sum of (-1)^j x^(2j + odd) / (2j + odd)!, the first
+// `exact` terms in twice the precision. Five leave an error of 2^-80, none of 2^-51.
+template <bool odd, int exact, class V>
 constexpr DoubleDouble<V> sineSeries(DoubleDouble<V> x) {
-  constexpr int kTerms = 14;
+  constexpr int kTerms = exact == 0 ? 9 : 13;
   struct Coefficients {
     DoubleDouble<double> c[kTerms];
     constexpr Coefficients() : c{} {
@@ -62,22 +71,27 @@ constexpr DoubleDouble<V> sineSeries(DoubleDouble<V> x) {
     }
   };
   constexpr Coefficients k;
-  const DoubleDouble<V> x2 = x * x;
-  DoubleDouble<V> r = {V{} + k.c[kTerms - 1].hi, V{} + k.c[kTerms - 1].lo};
-  for (int j = kTerms - 2; j >= 0; --j) r = plus(k.c[j], r * x2);
+  const DoubleDouble<V> x2 = exact == 0 ? DoubleDouble<V>{x.hi * x.hi, V{}} : x * x;
+  V tail = V{} + k.c[kTerms - 1].hi;
+  for (int j = kTerms - 2; j >= exact; --j) tail = multiplyAdd(tail, x2.hi, k.c[j].hi);
+  if constexpr (exact == 0) return {odd ? tail * x.hi : tail, V{}};
+  DoubleDouble<V> r = {tail, V{}};
+  for (int j = exact - 1; j >= 0; --j) r = plus(k.c[j], r * x2);
   if constexpr (odd) return r * x;
   else return r;
 }
 
-// sin(pi/2 t), 0 <= t <= 1, where every lane of t lies on the same side of 1/2 or on it; rounded to double.
-template <class V>
+// sin(pi/2 t), 0 <= t <= 1, where every lane of t lies on the same side of 1/2 or on it; to be rounded to T.
+template <class T, class V>
 constexpr V sineOfQuarter(V t, bool upper) {
   constexpr DoubleDouble<double> kHalfPi = {0x1.921fb54442d18p0, 0x1.1a62633145c07p-54};
+  constexpr int kExact = sizeof(T) == 4 ? 0 : 5;
   if (upper) t = 1.0 - t;
   const DoubleDouble<V> halfPi = {V{} + kHalfPi.hi, V{} + kHalfPi.lo};
   const DoubleDouble<V> p = exactProduct(t, halfPi.hi);
   const DoubleDouble<V> x = quickSum(p.hi, p.lo + t * halfPi.lo);
-  return upper ? sineSeries<false>(x).hi : sineSeries<true>(x).hi;
+  const DoubleDouble<V> sine = upper ? sineSeries<false, kExact>(x) : sineSeries<true, kExact>(x);
+  return sine.hi + sine.lo;
 }
 
 }  // namespace ovks::fft

@@ -31,15 +31,19 @@ Status getSize(int order, int flag, AlgHint, int* pSpecSize, int* pSpecBufferSiz
 
 // Entry i is twice i with its order - 2 bits reversed; a zero follows the last.
 void makeBitReversal(int32_t* table, int order) {
-  const int32_t entries = 1 << (order - 2);
+  using V = Vec<int32_t, 8>;
+  const int bits = order - 2;
+  V lane;
+  for (int i = 0; i < 8; ++i) lane[i] = 2 * (bitReversed(i, 3) << (bits - 3));
+  const int32_t groups = 1 << (bits - 3);
   int32_t reversed = 0;
-  for (int32_t i = 0; i < entries; ++i) {
-    table[i] = 2 * reversed;
-    int32_t bit = entries / 2;
+  for (int32_t i = 0; i < groups; ++i) {
+    store(table + 8 * i, lane + 2 * reversed);
+    int32_t bit = groups / 2;
     for (; reversed & bit; bit /= 2) reversed -= bit;
     reversed += bit;
   }
-  table[entries] = 0;
+  table[8 * groups] = 0;
 }
 
 template <class T>
@@ -49,15 +53,35 @@ T* append(T* p, Complex<T> w) {
   return p + 2;
 }
 
-// Vectors of `lanes` twiddles for rows row ... row + lanes - 1 of the closing pass, for lanes 1 ... lanes - 1.
+// 0, 1, ... in the lanes of V's indices.
+template <class V>
+OVKS_INLINE auto laneNumbers() {
+  Vec<int32_t, lanes<V>> n;
+  for (int i = 0; i < lanes<V>; ++i) n[i] = i;
+  return n;
+}
+
+// Points step, 2 step ... (n - 1) step of the circle.
 template <class T>
-void makeTile(T* p, const UnitCircle<T>& circle, int64_t row, int lanes) {
-  for (int l = 1; l < lanes; ++l, p += 2 * lanes) {
-    for (int r = 0; r < lanes; ++r) {
-      const Complex<T> w = circle(l * (row + r));
-      p[r] = w.re;
-      p[lanes + r] = w.im;
-    }
+T* appendMultiples(T* p, const UnitCircle<T>& circle, int32_t step, int n) {
+  using V = Vec<T>;
+  for (int j = 1; j < n; j += lanes<V>) {
+    T points[2 * lanes<V>];
+    Interleaved<T>{points}.put(0, circle.template points<V>((j + laneNumbers<V>()) * step));
+    const int count = 2 * (n - j < lanes<V> ? n - j : lanes<V>);
+    for (int i = 0; i < count; i += 2) p = append(p, {points[i], points[i + 1]});
+  }
+  return p;
+}
+
+// Vectors of twiddles for rows row ... row + lanes - 1 of the closing pass, for lanes 1 ... lanes - 1.
+template <class V, class T>
+void makeTile(T* p, const UnitCircle<T>& circle, int32_t row) {
+  const auto rows = row + laneNumbers<V>();
+  for (int l = 1; l < lanes<V>; ++l, p += 2 * lanes<V>) {
+    const Complex<V> w = circle.template points<V>(l * rows);
+    store(p, w.re);
+    store(p + lanes<V>, w.im);
   }
 }
 
@@ -68,47 +92,51 @@ void makeColumns(T* p, const T* sine, int sineOrder, const Passes& passes) {
   for (int s = 1; s < passes.count; ++s) {
     const int bits = passes.bits[s];
     const UnitCircle<T> circle(sine, sineOrder, blockBits + bits);
-    for (int64_t b = 0; b < int64_t{1} << blockBits; ++b) {
-      const int64_t c = bitReversed(static_cast<int>(b), blockBits);
-      for (int j = 1; j < 1 << bits; ++j) p = append(p, circle(c * j));
-    }
+    for (int32_t b = 0; b < 1 << blockBits; ++b) p = appendMultiples(p, circle, bitReversed(b, blockBits), 1 << bits);
     blockBits += bits;
   }
 }
 
-template <class T>
+template <class V, class T>
 void makeTwiddles(T* table, const T* sine, int sineOrder, int order) {
-  const int lanes = rowLanes<T>(order);
-  const int64_t rows = (int64_t{1} << order) / lanes;
+  const int32_t rows = (1 << order) / lanes<V>;
   const TwiddleLayout<T> layout(order);
   const UnitCircle<T> circle(sine, sineOrder, order);
   if (order > kMaxInCacheOrder<T>) {
-    makeTile(table + layout.tileRows, circle, 0, lanes);
+    makeTile<V>(table + layout.tileRows, circle, 0);
     T* p = table + layout.tiles;
-    for (int64_t k = 0; k < rows; k += lanes)
-      for (int l = 1; l < lanes; ++l) p = append(p, circle(l * k));
+    for (int32_t k = 0; k < rows; k += lanes<V>) p = appendMultiples(p, circle, k, lanes<V>);
   } else {
-    for (int64_t k = 0; k < rows; k += lanes) makeTile(table + k * 2 * (lanes - 1), circle, k, lanes);
+    for (int32_t k = 0; k < rows; k += lanes<V>) makeTile<V>(table + k * 2 * (lanes<V> - 1), circle, k);
   }
   makeColumns(table + layout.columns, sine, sineOrder, passesOf<T>(order));
 }
 
-// See real_split.hpp.
 template <class T>
+void makeTwiddles(T* table, const T* sine, int sineOrder, int order) {
+  if (rowLanes<T>(order) == kLanes<T>) makeTwiddles<Vec<T>>(table, sine, sineOrder, order);
+  else if constexpr (kAvx512 && sizeof(T) == 4) makeTwiddles<Vec<T, kLanes<T> / 2>>(table, sine, sineOrder, order);
+}
+
+// See real_split.hpp.
+template <class V, class T>
 void makeSplitTwiddles(T* table, const T* sine, int sineOrder, int order) {
   const UnitCircle<T> circle(sine, sineOrder, order);
   const bool twoLevels = splitInTwoLevels<T>(order);
-  const int64_t pairs = twoLevels ? 1024 : (int64_t{1} << order) / 4;
-  const int lanes = splitLanes<T>(order);
-  for (int64_t i = 0; i < pairs; ++i) {
-    const Complex<T> w = circle(i + 1);
-    T* p = table + i / lanes * 2 * lanes + i % lanes;
-    p[0] = w.im;
-    p[lanes] = -w.re;
+  const int32_t pairs = twoLevels ? 1024 : (1 << order) / 4;
+  for (int32_t i = 0; i < pairs; i += lanes<V>, table += 2 * lanes<V>) {
+    const Complex<V> w = circle.template points<V>(i + 1 + laneNumbers<V>());
+    store(table, w.im);
+    store(table + lanes<V>, -w.re);
   }
   if (!twoLevels) return;
-  T* coarse = table + 2 * 1024;
-  for (int64_t j = 0; j < int64_t{1} << (order - 12); ++j) coarse = append(coarse, circle(1024 * j));
+  for (int32_t j = 0; j < 1 << (order - 12); ++j) table = append(table, circle(1024 * j));
+}
+
+template <class T>
+void makeSplitTwiddles(T* table, const T* sine, int sineOrder, int order) {
+  if (splitLanes<T>(order) == kLanes<T>) makeSplitTwiddles<Vec<T>>(table, sine, sineOrder, order);
+  else if constexpr (kAvx512 && sizeof(T) == 4) makeSplitTwiddles<Vec<T, kLanes<T> / 2>>(table, sine, sineOrder, order);
 }
 
 template <class T>

@@ -16,7 +16,7 @@ struct QuarterWave {
 
   constexpr QuarterWave() : sine{} {
     for (int k = 0; k <= kPoints; ++k)
-      sine[k] = static_cast<T>(sineOfQuarter(static_cast<double>(k) / kPoints, 2 * k > kPoints));
+      sine[k] = static_cast<T>(sineOfQuarter<T>(static_cast<double>(k) / kPoints, 2 * k > kPoints));
   }
 };
 template <class T>
@@ -31,20 +31,32 @@ inline void computeQuarterWave(T* table, int order) {
   for (int i = 0; i < lanes<V>; ++i) index[i] = i;
   for (std::ptrdiff_t k = 0; k < points; k += lanes<V>) {
     const V t = (index + static_cast<double>(k)) * (1.0 / static_cast<double>(points));
-    store(table + k, convert<T>(sineOfQuarter(t, 2 * k >= points)));
+    store(table + k, convert<T>(sineOfQuarter<T>(t, 2 * k >= points)));
   }
   table[points] = 1;
 }
 
-// exp(-2 pi i j / N) for any j >= 0, N = 2^order, from a quarter wave of N * stride points.
+// p[index] of each lane.
+template <class V>
+OVKS_INLINE V gather(const Lane<V>* p, Vec<int32_t, lanes<V>> index) {
+  if constexpr (sizeof(Lane<V>) == 4) {
+    if constexpr (sizeof(V) == 64) return _mm512_i32gather_ps(bits<__m512i>(index), p, 4);
+    else return _mm256_i32gather_ps(p, bits<__m256i>(index), 4);
+  } else {
+    if constexpr (sizeof(V) == 64) return _mm512_i32gather_pd(bits<__m256i>(index), p, 8);
+    else return _mm256_i32gather_pd(p, bits<__m128i>(index), 8);
+  }
+}
+
+// exp(-2 pi i j / N) for any j, N = 2^order, from a quarter wave of 2^sineOrder points a turn.
 template <class T>
 class UnitCircle {
  public:
   constexpr UnitCircle(const T* sine, int sineOrder, int order)
-      : sine_(sine), quarter_((int64_t{1} << order) / 4), shift_(sineOrder - order) {}
+      : sine_(sine), quarter_((1 << order) / 4), shift_(sineOrder - order) {}
 
-  constexpr Complex<T> operator()(int64_t j) const {
-    const int64_t within = j & (quarter_ - 1);
+  constexpr Complex<T> operator()(int32_t j) const {
+    const int32_t within = j & (quarter_ - 1);
     const T up = at(within), down = at(quarter_ - within);
     switch (j / quarter_ & 3) {
       case 0: return {down, -up};
@@ -54,11 +66,24 @@ class UnitCircle {
     }
   }
 
+  // The points of each lane's j.
+  template <class V>
+  OVKS_INLINE Complex<V> points(Vec<int32_t, lanes<V>> j) const {
+    using I = Vec<std::conditional_t<sizeof(T) == 4, int32_t, int64_t>, lanes<V>>;
+    const auto within = j & (quarter_ - 1);
+    const V up = gather<V>(sine_, within << shift_), down = gather<V>(sine_, (quarter_ - within) << shift_);
+    const I quadrant = convert<Lane<I>>((j & quarter_) | (j & (2 * quarter_)));
+    const I odd = (quadrant & quarter_) != 0, late = (quadrant & (2 * quarter_)) != 0;
+    constexpr Lane<I> kSign = Lane<I>{1} << (8 * sizeof(T) - 1);
+    const V re = odd ? up : down, im = odd ? down : up;
+    return {bits<V>(bits<I>(re) ^ ((odd ^ late) & kSign)), bits<V>(bits<I>(im) ^ (~late & kSign))};
+  }
+
  private:
-  constexpr T at(int64_t k) const { return sine_[k << shift_]; }
+  constexpr T at(int32_t k) const { return sine_[k << shift_]; }
 
   const T* sine_;
-  int64_t quarter_;
+  int32_t quarter_;
   int shift_;
 };
 
