@@ -14,30 +14,28 @@ OVKS_INLINE auto shuffled(V a, V b, std::integer_sequence<int, i...>) {
   return __builtin_shufflevector(a, b, F::template lane<V>(i)...);
 }
 
-// Lanes of interleaved pairs in two vectors, and of two vectors interleaved. A lane of the second vector counts from
+// The real or the imaginary parts of interleaved points in two vectors. A lane of the second vector counts from
 // lanes<V> on.
-struct EvenLanes {
+template <class Order, int part>
+struct Parts {
   template <class V>
   static constexpr int lane(int i) {
-    return 2 * i;
+    return 2 * Order::template lane<V>(i) + part;
   }
 };
-struct OddLanes {
+// Half h of the points, interleaved, from their parts.
+template <class Order, int h>
+struct PointsHalf {
   template <class V>
   static constexpr int lane(int i) {
-    return 2 * i + 1;
+    return Order::template place<V>(h * lanes<V> / 2 + i / 2) + i % 2 * lanes<V>;
   }
 };
-struct FirstPairs {
+template <class Order>
+struct Placed {
   template <class V>
   static constexpr int lane(int i) {
-    return i / 2 + i % 2 * lanes<V>;
-  }
-};
-struct LastPairs {
-  template <class V>
-  static constexpr int lane(int i) {
-    return lanes<V> / 2 + i / 2 + i % 2 * lanes<V>;
+    return Order::template place<V>(i);
   }
 };
 
@@ -53,6 +51,32 @@ struct Chunks {
 };
 
 }  // namespace detail
+
+// How points stand in a vector's lanes: lane i has point lane(i), and point l stands in lane place(l).
+struct InOrder {
+  template <class V>
+  static constexpr int lane(int i) {
+    return i;
+  }
+  template <class V>
+  static constexpr int place(int l) {
+    return l;
+  }
+};
+// As interleaved points come apart within 128-bit chunks, which is cheaper than across: half of a chunk from the first
+// half of the points, half from the second.
+struct ByChunks {
+  template <class V>
+  static constexpr int lane(int i) {
+    constexpr int E = 16 / sizeof(Lane<V>), h = E / 2;
+    return i % h + i / E * h + i % E / h * lanes<V> / 2;
+  }
+  template <class V>
+  static constexpr int place(int l) {
+    constexpr int E = 16 / sizeof(Lane<V>), h = E / 2, half = lanes<V> / 2;
+    return l % h + l % half / h * E + l / half * h;
+  }
+};
 
 // Two vectors into one, lane i taken from F's lane i.
 template <class F, class V>
@@ -96,17 +120,18 @@ struct ComplexHalves {
 // Points as the caller stores them.
 template <class T>
 struct Interleaved {
+  using Order = ByChunks;
   T* p;
 
   template <class V>
   OVKS_INLINE Complex<V> get(std::ptrdiff_t i) const {
     const V a = load<V>(p + 2 * i), b = load<V>(p + 2 * i + lanes<V>);
-    return {shuffle2<detail::EvenLanes>(a, b), shuffle2<detail::OddLanes>(a, b)};
+    return {shuffle2<detail::Parts<Order, 0>>(a, b), shuffle2<detail::Parts<Order, 1>>(a, b)};
   }
-  template <class V>
+  template <class From = Order, class V>
   OVKS_INLINE void put(std::ptrdiff_t i, Complex<V> x) const {
-    store(p + 2 * i, shuffle2<detail::FirstPairs>(x.re, x.im));
-    store(p + 2 * i + lanes<V>, shuffle2<detail::LastPairs>(x.re, x.im));
+    store(p + 2 * i, shuffle2<detail::PointsHalf<From, 0>>(x.re, x.im));
+    store(p + 2 * i + lanes<V>, shuffle2<detail::PointsHalf<From, 1>>(x.re, x.im));
   }
   OVKS_INLINE Complex<std::remove_const_t<T>> at(std::ptrdiff_t i) const { return {p[2 * i], p[2 * i + 1]}; }
   OVKS_INLINE void set(std::ptrdiff_t i, Complex<T> x) const {
@@ -117,16 +142,17 @@ struct Interleaved {
 
 template <class T>
 struct Split {
+  using Order = InOrder;
   T *re, *im;
 
   template <class V>
   OVKS_INLINE Complex<V> get(std::ptrdiff_t i) const {
     return {load<V>(re + i), load<V>(im + i)};
   }
-  template <class V>
+  template <class From = Order, class V>
   OVKS_INLINE void put(std::ptrdiff_t i, Complex<V> x) const {
-    store(re + i, x.re);
-    store(im + i, x.im);
+    store(re + i, shuffle2<detail::Placed<From>>(x.re, x.re));
+    store(im + i, shuffle2<detail::Placed<From>>(x.im, x.im));
   }
   OVKS_INLINE Complex<T> at(std::ptrdiff_t i) const { return {re[i], im[i]}; }
   OVKS_INLINE void set(std::ptrdiff_t i, Complex<T> x) const {

@@ -6,7 +6,8 @@
 
 namespace ovks::fft {
 
-// Twiddles exp(-2 pi i l k / N) for lane l of the L rows k = g L + 0 ... L - 1 of tile g, one vector each.
+// Twiddles exp(-2 pi i l k / N) for point l of the L rows k = g L + 0 ... L - 1 of tile g, one vector each, rows in the
+// points' order.
 template <class V>
 struct TileTwiddles {
   using T = Lane<V>;
@@ -40,16 +41,16 @@ struct TileTwiddleProducts {
   }
 };
 
-// Tile g of m rows, the first of which is given; step j of its spectrum goes to out.put at first + j * outStep.
-template <Direction D, bool scale, class RowSet, class Twiddles, class Out, class V = typename RowSet::Vector>
+// Tile g of m rows, the first of which is given, rows and points of rows in the given order; step j of its spectrum goes to out.put at first + j * outStep.
+template <Direction D, bool scale, class Order, class RowSet, class Twiddles, class Out, class V = typename RowSet::Vector>
 OVKS_INLINE void closeTile(RowSet tile, std::ptrdiff_t step, std::ptrdiff_t g, Twiddles twiddles, Out out,
                            std::ptrdiff_t first, std::ptrdiff_t outStep, Lane<V> factor) {
   const V f = splat<V>(factor);
-  acrossLanes<D, V>(
-      [&](auto r, auto s) __attribute__((always_inline)) {
-        constexpr int bits = log2OfPower(lanes<V>);
-        return tile.halves(bitReversed(r, bits) * step, bitReversed(s, bits) * step);
-      },
+  const auto place = [](int r) __attribute__((always_inline)) {
+    return bitReversed(Order::template lane<V>(r), log2OfPower(lanes<V>));
+  };
+  acrossLanes<D, Order, V>(
+      [&](auto r, auto s) __attribute__((always_inline)) { return tile.halves(place(r) * step, place(s) * step); },
       [&](auto l, Complex<V> x)
           __attribute__((always_inline)) { return twiddles.template turn<D, decltype(l)::value>(g, x); },
       [&](auto j, Complex<V> x) __attribute__((always_inline)) {
@@ -70,7 +71,7 @@ template <Direction D, bool scale, class V, class Twiddles, class Points>
                                    const int32_t* bitReversal, Lane<V> factor) {
   constexpr int L = lanes<V>;
   for (std::ptrdiff_t g = 0; g < m / L; ++g)
-    closeTile<D, scale>(rows.from(reverseTile<V>(bitReversal, g)), m / L, g, twiddles, dst, g * L, m, factor);
+    closeTile<D, scale, typename Points::Order>(rows.from(reverseTile<V>(bitReversal, g)), m / L, g, twiddles, dst, g * L, m, factor);
 }
 
 // In place: the points dst are the rows. Tiles change places in pairs.
@@ -86,11 +87,11 @@ template <Direction D, bool scale, class V, class Twiddles, class Points>
     const std::ptrdiff_t r = reverseTile<V>(bitReversal, g);
     if (r < g) continue;
     if (r == g) {
-      closeTile<D, scale>(rows.from(g), m / L, g, twiddles, dst, g * L, m, factor);
+      closeTile<D, scale, typename Points::Order>(rows.from(g), m / L, g, twiddles, dst, g * L, m, factor);
       continue;
     }
-    closeTile<D, scale>(rows.from(r), m / L, g, twiddles, held, 0, L, factor);
-    closeTile<D, scale>(rows.from(g), m / L, r, twiddles, dst, r * L, m, factor);
+    closeTile<D, scale, typename Points::Order>(rows.from(r), m / L, g, twiddles, held, 0, L, factor);
+    closeTile<D, scale, typename Points::Order>(rows.from(g), m / L, r, twiddles, dst, r * L, m, factor);
     for (int j = 0; j < L; ++j) dst.put(g * L + j * m, held.template get<V>(j * L));
   }
 }

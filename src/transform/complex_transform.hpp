@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The complex transform from order 7 on: all passes through the work buffer while everything fits the caches, in the
+// The complex transform of more points than a straight-line kernel has: all passes through the work buffer while everything fits the caches, in the
 // destination itself above.
 #pragma once
 
@@ -17,12 +17,13 @@ struct TwiddleLayout {
   std::ptrdiff_t tileRows = 0, tiles = 0, columns = 0;
 
   explicit TwiddleLayout(int order) {
-    const std::ptrdiff_t lanes = rowLanes<T>(order), n = std::ptrdiff_t{1} << order;
+    constexpr std::ptrdiff_t L = kLanes<T>;
+    const std::ptrdiff_t m = (std::ptrdiff_t{1} << order) / L;
     if (order > kMaxInCacheOrder<T>) {
-      tiles = 2 * lanes * (lanes - 1);
-      columns = aligned(tiles + n / lanes / lanes * 2 * (lanes - 1));
+      tiles = 2 * L * (L - 1);
+      columns = aligned(tiles + m / L * 2 * (L - 1));
     } else {
-      columns = n / lanes * 2 * (lanes - 1);
+      columns = m * 2 * (L - 1);
     }
   }
 };
@@ -96,7 +97,7 @@ void inCache(const Job<Lane<V>>& job, Points src, Points dst) {
   else closingPass<D, false>(rows, dst, m, twiddles, job.bitReversal, T(1));
 }
 
-// The first two passes, of radix 16 both, through the work buffer: 512 bytes of each of 256 rows at a time, so that
+// The first two passes, of radix 16 both, through the work buffer: 512 bytes of each of 256 parts at a time, so that
 // memory is read and written once.
 template <Direction D, class V, class Points, class RowSet>
 void firstTwoPasses(Points src, RowSet dst, std::ptrdiff_t m, const Lane<V>* twiddles, Lane<V>* work) {
@@ -135,8 +136,7 @@ void large(const Job<Lane<V>>& job, Points src, Points dst) {
 template <Direction D, class Points, class T>
 void transformLong(const Job<T>& job, Points src, Points dst) {
   if (job.order > kMaxInCacheOrder<T>) large<D, Vec<T>>(job, src, dst);
-  else if (rowLanes<T>(job.order) == kLanes<T>) inCache<D, Vec<T>>(job, src, dst);
-  else if constexpr (kAvx512 && sizeof(T) == 4) inCache<D, Vec<T, kLanes<T> / 2>>(job, src, dst);
+  else inCache<D, Vec<T>>(job, src, dst);
 }
 
 }  // namespace ovks::fft

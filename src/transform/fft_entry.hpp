@@ -47,12 +47,11 @@ OVKS_INLINE Status checkCall(const Object* pSpec, const uint8_t* pBuffer, const 
 template <Direction D, class T, class Points>
 void transformComplex(const Spec<T>& spec, Points src, Points dst, uint8_t* pBuffer) {
   const bool scale = D == Direction::forward ? spec.scaleForward : spec.scaleInverse;
-  if (spec.order > kMaxSmallOrder) {
+  if (spec.order > kMaxShortOrder<T>) {
     T* work = reinterpret_cast<T*>(aligned(pBuffer));
     return transformLong<D>(Job<T>{spec.order, spec.twiddles, spec.bitReversal, work, scale, spec.factor}, src, dst);
   }
-  if (scale) ShortTransforms<D, true, T, Points>::kOfOrder[spec.order](src, dst, spec.factor);
-  else ShortTransforms<D, false, T, Points>::kOfOrder[spec.order](src, dst, spec.factor);
+  transformShort<D>(spec.order, src, dst, scale, spec.factor);
 }
 
 template <Direction D, class C, class Object>

@@ -53,11 +53,11 @@ T* append(T* p, Complex<T> w) {
   return p + 2;
 }
 
-// 0, 1, ... in the lanes of V's indices.
-template <class V>
-OVKS_INLINE auto laneNumbers() {
+// The points in V's lanes.
+template <class V, class Order>
+OVKS_INLINE auto pointNumbers() {
   Vec<int32_t, lanes<V>> n;
-  for (int i = 0; i < lanes<V>; ++i) n[i] = i;
+  for (int i = 0; i < lanes<V>; ++i) n[i] = Order::template lane<V>(i);
   return n;
 }
 
@@ -67,17 +67,17 @@ T* appendMultiples(T* p, const UnitCircle<T>& circle, int32_t step, int n) {
   using V = Vec<T>;
   for (int j = 1; j < n; j += lanes<V>) {
     T points[2 * lanes<V>];
-    Interleaved<T>{points}.put(0, circle.template points<V>((j + laneNumbers<V>()) * step));
+    Interleaved<T>{points}.put(0, circle.template points<V>((j + pointNumbers<V, ByChunks>()) * step));
     const int count = 2 * (n - j < lanes<V> ? n - j : lanes<V>);
     for (int i = 0; i < count; i += 2) p = append(p, {points[i], points[i + 1]});
   }
   return p;
 }
 
-// Vectors of twiddles for rows row ... row + lanes - 1 of the closing pass, for lanes 1 ... lanes - 1.
-template <class V, class T>
+// Vectors of twiddles for rows row ... row + lanes - 1 of the closing pass, for their points 1 ... lanes - 1.
+template <class V, class Order, class T>
 void makeTile(T* p, const UnitCircle<T>& circle, int32_t row) {
-  const auto rows = row + laneNumbers<V>();
+  const auto rows = row + pointNumbers<V, Order>();
   for (int l = 1; l < lanes<V>; ++l, p += 2 * lanes<V>) {
     const Complex<V> w = circle.template points<V>(l * rows);
     store(p, w.re);
@@ -97,25 +97,21 @@ void makeColumns(T* p, const T* sine, int sineOrder, const Passes& passes) {
   }
 }
 
-template <class V, class T>
+template <class Order, class T>
 void makeTwiddles(T* table, const T* sine, int sineOrder, int order) {
-  const int32_t rows = (1 << order) / lanes<V>;
+  using V = Vec<T>;
+  constexpr int L = lanes<V>;
+  const int32_t rows = (1 << order) / L;
   const TwiddleLayout<T> layout(order);
   const UnitCircle<T> circle(sine, sineOrder, order);
   if (order > kMaxInCacheOrder<T>) {
-    makeTile<V>(table + layout.tileRows, circle, 0);
+    makeTile<V, Order>(table + layout.tileRows, circle, 0);
     T* p = table + layout.tiles;
-    for (int32_t k = 0; k < rows; k += lanes<V>) p = appendMultiples(p, circle, k, lanes<V>);
+    for (int32_t k = 0; k < rows; k += L) p = appendMultiples(p, circle, k, L);
   } else {
-    for (int32_t k = 0; k < rows; k += lanes<V>) makeTile<V>(table + k * 2 * (lanes<V> - 1), circle, k);
+    for (int32_t k = 0; k < rows; k += L) makeTile<V, Order>(table + k * 2 * (L - 1), circle, k);
   }
   makeColumns(table + layout.columns, sine, sineOrder, passesOf<T>(order));
-}
-
-template <class T>
-void makeTwiddles(T* table, const T* sine, int sineOrder, int order) {
-  if (rowLanes<T>(order) == kLanes<T>) makeTwiddles<Vec<T>>(table, sine, sineOrder, order);
-  else if constexpr (kAvx512 && sizeof(T) == 4) makeTwiddles<Vec<T, kLanes<T> / 2>>(table, sine, sineOrder, order);
 }
 
 // See real_split.hpp.
@@ -125,7 +121,7 @@ void makeSplitTwiddles(T* table, const T* sine, int sineOrder, int order) {
   const bool twoLevels = splitInTwoLevels<T>(order);
   const int32_t pairs = twoLevels ? 1024 : (1 << order) / 4;
   for (int32_t i = 0; i < pairs; i += lanes<V>, table += 2 * lanes<V>) {
-    const Complex<V> w = circle.template points<V>(i + 1 + laneNumbers<V>());
+    const Complex<V> w = circle.template points<V>(i + 1 + pointNumbers<V, ByChunks>());
     store(table, w.im);
     store(table + lanes<V>, -w.re);
   }
@@ -156,7 +152,10 @@ void makeTables(Spec<T>& spec, const Sizes& sizes, Kind kind, const T* sine, int
     auto* bitReversal = reinterpret_cast<int32_t*>(p);
     auto* twiddles = reinterpret_cast<T*>(p + sizes.bitReversal);
     makeBitReversal(bitReversal, order);
-    makeTwiddles(twiddles, sine, sineOrder, order);
+    if (order > kMaxShortOrder<T>) {
+      if (kind == Kind::split) makeTwiddles<InOrder>(twiddles, sine, sineOrder, order);
+      else makeTwiddles<ByChunks>(twiddles, sine, sineOrder, order);
+    }
     spec.bitReversal = bitReversal;
     spec.twiddles = twiddles;
     p += sizes.bitReversal + sizes.twiddles;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The passes of a transform over rows.
 //
-// N points are seen as M = N / L rows of L lanes, x[L r + l] standing in lane l of row r. Passes of radix 2 to 16
+// N points are seen as M = N / L rows of L lanes, x[L r + l] standing in row r, in lane l or where the points' order puts it. Passes of radix 2 to 16
 // transform the columns, all lanes at once and without shuffles; spectrum point k of the columns ends in the row with
 // k's bits reversed. The closing pass takes L rows of neighbouring k, transposes them, turns lane l by
 // exp(-2 pi i l k / N) and transforms across the lanes, which leaves X[k + M j] in natural order.
@@ -35,7 +35,7 @@ OVKS_INLINE Complex<V> turnBy(Complex<V> x, const Lane<V>* w) {
   if constexpr (sizeof(V) == 64) {
     keepInRegister(x.re);
     keepInRegister(x.im);
-    u = again(w);
+    u = w;
   }
   const V c = splat<V>(w[0]), s = splat<V>(w[1]), c2 = splat<V>(u[0]), s2 = splat<V>(u[1]);
   if constexpr (D == Direction::forward) return {fma(x.re, c, -(x.im * s)), fma(x.im, c2, x.re * s2)};
@@ -116,18 +116,12 @@ OVKS_INLINE void transposeInChunks(V* v) {
   }
 }
 
-// L rows transformed across their lanes: rows(Index<r>, Index<s>) gives the halves of rows r and s, twiddle(Index<l>,
-// x) turns lane l of all rows, out(Index<j>, x) takes point j of each row's spectrum, row r in lane r.
-//
-// The transpose goes in three steps: the halves of rows a chunk apart, lanes within chunks, and, where there are four
-// chunks, pairs of them. The first butterflies take lanes a chunk apart, so the last step comes bit by bit between
-// them.
-template <Direction D, class V, class RowHalves, class Twiddle, class Out>
-OVKS_INLINE void acrossLanes(RowHalves rows, Twiddle twiddle, Out out) {
-  using namespace detail;
-  constexpr int L = lanes<V>, E = 16 / sizeof(Lane<V>), C = L / E;
+// The first two of the steps below: half h of the rows pE ... pE + E - 1 and (p + 1)E ... comes into x[(p + h)E + e],
+// p even.
+template <class V, class RowHalves>
+OVKS_INLINE void joinHalves(Complex<V>* x, RowHalves rows) {
+  constexpr int E = 16 / sizeof(Lane<V>), C = lanes<V> / E;
   constexpr int kHalves = C == 1 ? 1 : 2;
-  Complex<V> x[L];  // half h of rows pE ... pE + E - 1 and (p + 1)E ... : x[(p + h)E + e], p even
   unroll<C / kHalves>([&](auto pair) __attribute__((always_inline)) {
     constexpr int first = kHalves * decltype(pair)::value * E;
     V re[2][E], im[2][E];
@@ -145,17 +139,30 @@ OVKS_INLINE void acrossLanes(RowHalves rows, Twiddle twiddle, Out out) {
       unroll<E>([&](auto e) __attribute__((always_inline)) { x[first + h * E + e] = {re[h][e], im[h][e]}; });
     });
   });
-  Complex<V> y[L];
+}
+
+// L rows transformed across their lanes, in which points stand as Order says: rows(Index<r>, Index<s>) gives the halves
+// of rows r and s, twiddle(Index<l>, x) turns point l of all rows, out(Index<j>, x) takes point j of each row's
+// spectrum, row r in lane r.
+//
+// The transpose goes in three steps: the halves of rows a chunk apart, lanes within chunks, and, where there are four
+// chunks, pairs of them. The butterflies do not take all points at once, so the last step comes bit by bit between
+// them.
+template <Direction D, class Order, class V, class RowHalves, class Twiddle, class Out>
+OVKS_INLINE void acrossLanes(RowHalves rows, Twiddle twiddle, Out out) {
+  using namespace detail;
+  constexpr int L = lanes<V>, E = 16 / sizeof(Lane<V>), C = L / E;
+  Complex<V> x[L], y[L];
+  joinHalves<V>(x, rows);
   const auto transposed = [&](auto l) __attribute__((always_inline)) {
-    constexpr int lane = decltype(l)::value;
+    constexpr int lane = Order::template place<V>(l);
     if constexpr (C <= 2) {
       y[lane] = x[lane];
-    } else if constexpr (lane < E) {
-      unroll<2>([&](auto h) __attribute__((always_inline)) {
-        const Complex<V> a = x[h * E + lane], b = x[(2 + h) * E + lane];
-        y[2 * h * E + lane] = {shuffle2<Chunks<0, 2>>(a.re, b.re), shuffle2<Chunks<0, 2>>(a.im, b.im)};
-        y[(2 * h + 1) * E + lane] = {shuffle2<Chunks<1, 3>>(a.re, b.re), shuffle2<Chunks<1, 3>>(a.im, b.im)};
-      });
+    } else if constexpr (lane / E % 2 == 0) {
+      constexpr int h = lane / E / 2;
+      const Complex<V> a = x[lane - h * E], b = x[lane + (2 - h) * E];
+      y[lane] = {shuffle2<Chunks<0, 2>>(a.re, b.re), shuffle2<Chunks<0, 2>>(a.im, b.im)};
+      y[lane + E] = {shuffle2<Chunks<1, 3>>(a.re, b.re), shuffle2<Chunks<1, 3>>(a.im, b.im)};
     }
     if constexpr (lane == 0) return y[0];
     else return twiddle(l, y[lane]);

@@ -3,25 +3,23 @@
 #pragma once
 
 #include "transform/butterfly.hpp"
+#include <stdlib.h>
 
 namespace ovks::fft {
 
 inline constexpr int kMaxOrder = 28;
 
-// Up to here one straight-line kernel each.
+// Up to here specifications hold no tables.
 inline constexpr int kMaxSmallOrder = 6;
+// Up to here one straight-line kernel each.
+template <class T>
+inline constexpr int kMaxShortOrder = !kAvx512 ? 6 : sizeof(T) == 4 ? 8 : 7;
 // Up to here in the caches, through the work buffer; above, in the destination itself.
 template <class T>
 inline constexpr int kMaxInCacheOrder = sizeof(T) == 4 ? 18 : 17;
 
 template <class T>
 inline constexpr int kLanes = kVectorBytes / int{sizeof(T)};
-
-// Lanes of a row: a transform needs at least as many rows as lanes.
-template <class T>
-constexpr int rowLanes(int order) {
-  return order >= 2 * log2OfPower(kLanes<T>) ? kLanes<T> : kLanes<T> / 2;
-}
 
 // The passes over the columns, as log2 of their radices, first to last.
 struct Passes {
@@ -46,8 +44,7 @@ template <class T>
 constexpr Passes choosePasses(int order) {
   constexpr int kPageRows = 4096 / (2 * kVectorBytes);
   Passes p;
-  const int lanesBits = log2OfPower(rowLanes<T>(order));
-  int bits = order - lanesBits, outer = outerBits<T>(order);
+  int bits = order - log2OfPower(kLanes<T>), outer = outerBits<T>(order);
   for (; outer > 0; outer -= 4, bits -= 4) p.add(4);
   const auto take = [&](int b) {
     p.add(b);
@@ -79,6 +76,10 @@ inline constexpr PassTable<T> kPassTable;
 
 template <class T>
 OVKS_INLINE const Passes& passesOf(int order) {
+  static Passes over[2]; static bool init=false;
+  if(!init){init=true; if(const char*e=getenv("PASSES")){for(;*e;++e)if(*e>='0'&&*e<='9')over[0].add(*e-'0');}}
+  int sum=0; for(int i=0;i<over[0].count;i++)sum+=over[0].bits[i];
+  if(sum && sum==order-log2OfPower(kLanes<T>)) return over[0];
   return kPassTable<T>.ofOrder[order];
 }
 

@@ -12,45 +12,11 @@
 
 namespace ovks::fft {
 
-namespace detail {
-
-struct ReversedEven {
-  template <class V>
-  static constexpr int lane(int i) {
-    return 2 * (lanes<V> - 1 - i);
-  }
-};
-struct ReversedOdd {
-  template <class V>
-  static constexpr int lane(int i) {
-    return 2 * (lanes<V> - 1 - i) + 1;
-  }
-};
-struct ReversedFirst {
-  template <class V>
-  static constexpr int lane(int i) {
-    return lanes<V> - 1 - i / 2 + i % 2 * lanes<V>;
-  }
-};
-struct ReversedLast {
-  template <class V>
-  static constexpr int lane(int i) {
-    return lanes<V> / 2 - 1 - i / 2 + i % 2 * lanes<V>;
-  }
-};
-
-}  // namespace detail
-
-// Interleaved points i ... i + L - 1, last first.
+// Last lane first, which turns points in Interleaved's order about, too.
 template <class V>
-OVKS_INLINE Complex<V> getReversed(const Lane<V>* p, std::ptrdiff_t i) {
-  const V a = load<V>(p + 2 * i), b = load<V>(p + 2 * i + lanes<V>);
-  return {shuffle2<detail::ReversedEven>(a, b), shuffle2<detail::ReversedOdd>(a, b)};
-}
-template <class V>
-OVKS_INLINE void putReversed(Lane<V>* p, std::ptrdiff_t i, Complex<V> x) {
-  store(p + 2 * i, shuffle2<detail::ReversedFirst>(x.re, x.im));
-  store(p + 2 * i + lanes<V>, shuffle2<detail::ReversedLast>(x.re, x.im));
+OVKS_INLINE Complex<V> reversed(Complex<V> x) {
+  const auto last = [](int i) { return lanes<V> - 1 - i; };
+  return {shuffle(x.re, last), shuffle(x.im, last)};
 }
 
 // Lanes of the split's vectors: pairs come in whole vectors.
@@ -59,7 +25,7 @@ constexpr int splitLanes(int order) {
   return (1 << order) / 4 >= kLanes<T> ? kLanes<T> : kLanes<T> / 2;
 }
 
-// T for m = 1 ... N/4, a vector of real parts and one of imaginary parts by turns.
+// T for m = 1 ... N/4, a vector of real parts and one of imaginary parts by turns, in Interleaved's order.
 template <class V>
 struct SplitTwiddles {
   const Lane<V>* table;
@@ -89,11 +55,13 @@ template <Direction D, class V, class Twiddles>
   constexpr int L = lanes<V>;
   for (std::ptrdiff_t i = 0; i < h / 2; i += L) {
     const std::ptrdiff_t m = 1 + i, mirrored = h - i - L;
-    const Complex<V> x = Interleaved<const Lane<V>>{src}.template get<V>(m), y = getReversed<V>(src, mirrored);
+    const Interleaved<const Lane<V>> from = {src};
+    const Interleaved<Lane<V>> to = {dst};
+    const Complex<V> x = from.template get<V>(m), y = reversed(from.template get<V>(mirrored));
     const Complex<V> a = {x.re + y.re, x.im - y.im}, b = {x.re - y.re, x.im + y.im};
     const Complex<V> t = twiddles.at(i), tb = turn<D>(b, t.re, t.im);
-    Interleaved<Lane<V>>{dst}.put(m, a + tb);
-    putReversed(dst, mirrored, Complex<V>{a.re - tb.re, tb.im - a.im});
+    to.put(m, a + tb);
+    to.put(mirrored, reversed(Complex<V>{a.re - tb.re, tb.im - a.im}));
   }
 }
 

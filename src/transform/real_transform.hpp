@@ -30,10 +30,9 @@ template <Direction D, class T>
 void transformPairs(const Spec<T>& spec, const T* src, T* dst, T* work, bool scale, T factor) {
   const Interleaved<T> from = {const_cast<T*>(src)}, to = {dst};
   const int order = spec.order - 1;
-  if (order > kMaxSmallOrder)
+  if (order > kMaxShortOrder<T>)
     return transformLong<D>(Job<T>{order, spec.twiddles, spec.bitReversal, work, scale, factor}, from, to);
-  if (scale) ShortTransforms<D, true, T, Interleaved<T>>::kOfOrder[order](from, to, factor);
-  else ShortTransforms<D, false, T, Interleaved<T>>::kOfOrder[order](from, to, factor);
+  transformShort<D>(order, from, to, scale, factor);
 }
 
 // n reals to one place lower or higher in the same array.
