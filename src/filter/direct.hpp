@@ -15,7 +15,7 @@
 
 namespace ovks {
 
-template <class T, int kBytes = kVectorBytes>
+template <class T>
 class DirectFilter {
  public:
   DirectFilter(const T* taps, int tapsLen) : taps_(reals(taps)), tapsLen_(tapsLen) {}
@@ -29,10 +29,10 @@ class DirectFilter {
 
  private:
   using R = Real<T>;
-  using V = Vec<R, kBytes / sizeof(R)>;
+  using V = Vec<R>;
   static constexpr int P = parts<T>;
   static constexpr int E = lanes<V> / P;
-  static constexpr int kOutputs = P == 2 && !kAvx512 ? 4 : 8;
+  static constexpr int kOutputs = (kAvx512 ? 16 : 8) / P;
   static constexpr int kRows = P == 2 && !kAvx512 ? 2 : 4;
 
   template <int J>
@@ -91,14 +91,49 @@ class DirectFilter {
   template <int J, class F>
   OVKS_INLINE void remaining(Accumulators<J>& a, F at, int k, int end, int count) const {
     if (count == 1) {
-      for (; k < end; ++k) rows<1>(a, at, k);
+      few<1>(a, at, k, end);
     } else if (count == 2) {
-      for (; k < end; ++k) rows<2>(a, at, k);
+      few<2>(a, at, k, end);
     } else if (count == 3) {
       for (; k < end; ++k) rows<3>(a, at, k);
     } else if (count == 4) {
       for (; k < end; ++k) rows<4>(a, at, k);
     }
+  }
+
+  // Few rows ask for many loads: one for two taps does where vectors shift cheaply.
+  template <int I, int J, class F>
+  OVKS_INLINE void few(Accumulators<J>& a, F at, int k, int end) const {
+    if constexpr (kAvx512 && P == 1)
+      for (; k + 1 < end; k += 2) neighbours<I>(a, at, k);
+    for (; k < end; ++k) rows<I>(a, at, k);
+  }
+
+  // The taps k, k + E ... k + (I - 1) E and those behind them: the inputs of the second come out of registers.
+  template <int I, int J, class F>
+  OVKS_INLINE void neighbours(Accumulators<J>& a, F at, int k) const {
+    V tap[I], next[I];
+    for (int i = 0; i < I; ++i) {
+      tap[i] = broadcast<V>(taps_[k + i * E]);
+      next[i] = broadcast<V>(taps_[k + i * E + 1]);
+    }
+    V before;
+#pragma GCC unroll 32
+    for (int m = 1 - I; m < J; ++m) {
+      const V x = inRegister(at(m * E - k)), behind = m == 1 - I ? at(m * E - k - 1) : oneBehind(before, x);
+#pragma GCC unroll 4
+      for (int i = 0; i < I; ++i) {
+        const int j = m + i;
+        if (j >= 0 && j < J) a.sum[0][j] = fma(next[i], behind, fma(tap[i], x, a.sum[0][j]));
+      }
+      before = x;
+    }
+  }
+
+  // x's lanes one place on, the last of the vector before in front of them.
+  static OVKS_INLINE V oneBehind(V before, V x) {
+    if constexpr (sizeof(R) == 4) return bits<V>(_mm512_alignr_epi32(bits<__m512i>(x), bits<__m512i>(before), 15));
+    else return bits<V>(_mm512_alignr_epi64(bits<__m512i>(x), bits<__m512i>(before), 7));
   }
 
   // The taps k, k + E, ... k + (I - 1) E.
@@ -108,7 +143,7 @@ class DirectFilter {
     for (int p = 0; p < P; ++p) {
       for (int i = 0; i < I; ++i) tap[p][i] = broadcast<V>(taps_[(k + i * E) * P + p]);
     }
-#pragma GCC unroll 16
+#pragma GCC unroll 32
     for (int m = J - 1; m > -I; --m) {
       const V x = inRegister(at(m * E - k));
 #pragma GCC unroll 4
@@ -124,16 +159,10 @@ class DirectFilter {
   int tapsLen_;
 };
 
-// y[0 .. n - 1] from x[-(tapsLen - 1) .. n - 1]; y and x lie apart. Filters too short for two rows of the widest
-// vectors take halves of those.
+// y[0 .. n - 1] from x[-(tapsLen - 1) .. n - 1]; y and x lie apart.
 template <class T>
 inline void convolveInTime(const T* taps, int tapsLen, const T* x, T* y, std::ptrdiff_t n) {
-  if (n <= 0) return;
-  constexpr int E = kVectorBytes / sizeof(T);
-  if constexpr (kAvx512 && !isComplex<T>) {
-    if (tapsLen < E * 3 / 2) return DirectFilter<T, kVectorBytes / 2>(taps, tapsLen).run(x, y, n);
-  }
-  DirectFilter<T>(taps, tapsLen).run(x, y, n);
+  if (n > 0) DirectFilter<T>(taps, tapsLen).run(x, y, n);
 }
 
 }  // namespace ovks
