@@ -18,7 +18,7 @@
 #include "ovks/cpp/vector.hpp"
 #include "ovks/cpp/window.hpp"
 
-/// The C++ face of the library.
+/// The C++ face of the library; its rules are in docs/cpp.md.
 namespace ovks {
 
 /// What build of the library this is.

@@ -17,7 +17,7 @@
 
 namespace ovks {
 
-/// Calls of several functions objects by one name, told apart by their arguments.
+/// Calls of several function objects by one name, told apart by their arguments.
 template <class... Sets>
 struct Overloads : Sets... {
   using Sets::operator()...;

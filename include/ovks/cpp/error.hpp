@@ -43,6 +43,7 @@ class Error : public std::runtime_error {
   Error(Status status, std::string_view call, std::string_view what)
       : std::runtime_error(std::string(call).append(": ").append(what) + " (status " + std::to_string(status) + ")"),
         status_(status) {}
+  /// An error of the function @p call in the status's own text.
   Error(Status status, std::string_view call) : Error(status, call, statusText(status)) {}
 
   /// The negative value that the C function returned, or would have returned.

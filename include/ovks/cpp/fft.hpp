@@ -101,7 +101,7 @@ class ComplexFFT : public detail::FFTOf<T>::Interleaved {
  public:
   using Complex = typename detail::FFTOf<T>::Complex;  ///< its elements
 
-  /// A transform of 2^order points. By default the inverse undoes the forward transform.
+  /// A transform of length() = 2^order points. By default the inverse undoes the forward transform.
   explicit ComplexFFT(int order, FFTFlag flag = FFTDivInvByN, AlgHint hint = AlgHintNone)
       : detail::FFTOf<T>::Interleaved(order, flag, hint) {}
 
@@ -109,20 +109,20 @@ class ComplexFFT : public detail::FFTOf<T>::Interleaved {
   void forward(std::span<const Complex> src, std::span<Complex> dst) {
     this->run(detail::cToC, this->points(src), this->points(dst));
   }
-  void forward(std::span<Complex> srcDst) { this->run(detail::cToC, this->points(srcDst)); }  ///< @overload
+  void forward(std::span<Complex> srcDst) { this->run(detail::cToC, this->points(srcDst)); }  ///< in place
 
   /// From the spectrum to samples.
   void inverse(std::span<const Complex> src, std::span<Complex> dst) {
     this->run(detail::cFromC, this->points(src), this->points(dst));
   }
-  void inverse(std::span<Complex> srcDst) { this->run(detail::cFromC, this->points(srcDst)); }  ///< @overload
+  void inverse(std::span<Complex> srcDst) { this->run(detail::cFromC, this->points(srcDst)); }  ///< in place
 };
 
 /// Complex transform of real and imaginary parts in two arrays; @p T is float or double.
 template <class T>
 class SplitFFT : public detail::FFTOf<T>::Split {
  public:
-  /// A transform of 2^order points. By default the inverse undoes the forward transform.
+  /// A transform of length() = 2^order points. By default the inverse undoes the forward transform.
   explicit SplitFFT(int order, FFTFlag flag = FFTDivInvByN, AlgHint hint = AlgHintNone)
       : detail::FFTOf<T>::Split(order, flag, hint) {}
 
@@ -130,14 +130,14 @@ class SplitFFT : public detail::FFTOf<T>::Split {
   void forward(std::span<const T> srcRe, std::span<const T> srcIm, std::span<T> dstRe, std::span<T> dstIm) {
     this->run(detail::cToC, this->points(srcRe), this->points(srcIm), this->points(dstRe), this->points(dstIm));
   }
-  /// @overload
+  /// In place.
   void forward(std::span<T> re, std::span<T> im) { this->run(detail::cToC, this->points(re), this->points(im)); }
 
   /// From the spectrum to samples.
   void inverse(std::span<const T> srcRe, std::span<const T> srcIm, std::span<T> dstRe, std::span<T> dstIm) {
     this->run(detail::cFromC, this->points(srcRe), this->points(srcIm), this->points(dstRe), this->points(dstIm));
   }
-  /// @overload
+  /// In place.
   void inverse(std::span<T> re, std::span<T> im) { this->run(detail::cFromC, this->points(re), this->points(im)); }
 };
 
@@ -145,34 +145,41 @@ class SplitFFT : public detail::FFTOf<T>::Split {
 /// or double.
 template <class T>
 class RealFFT : public detail::FFTOf<T>::Real {
-  using In = std::span<const T>;
-  using Out = std::span<T>;
-
  public:
-  /// A transform of 2^order points. By default the inverse undoes the forward transform.
+  /// A transform of length() = 2^order points. By default the inverse undoes the forward transform.
   explicit RealFFT(int order, FFTFlag flag = FFTDivInvByN, AlgHint hint = AlgHintNone)
       : detail::FFTOf<T>::Real(order, flag, hint) {}
 
   /// From samples to the CCS layout.
-  void toCcs(In src, Out dst) { this->run(detail::rToCcs, this->points(src), this->ccs(dst)); }
-  void toCcs(Out srcDst) { this->run(detail::rToCcs, this->ccs(srcDst)); }  ///< @overload
+  void toCcs(std::span<const T> src, std::span<T> dst) { this->run(detail::rToCcs, this->points(src), this->ccs(dst)); }
+  void toCcs(std::span<T> srcDst) { this->run(detail::rToCcs, this->ccs(srcDst)); }  ///< in place
   /// From the CCS layout to samples.
-  void fromCcs(In src, Out dst) { this->run(detail::ccsToR, this->ccs(src), this->points(dst)); }
-  void fromCcs(Out srcDst) { this->run(detail::ccsToR, this->ccs(srcDst)); }  ///< @overload
+  void fromCcs(std::span<const T> src, std::span<T> dst) {
+    this->run(detail::ccsToR, this->ccs(src), this->points(dst));
+  }
+  void fromCcs(std::span<T> srcDst) { this->run(detail::ccsToR, this->ccs(srcDst)); }  ///< in place
 
   /// From samples to the Pack layout.
-  void toPack(In src, Out dst) { this->run(detail::rToPack, this->points(src), this->points(dst)); }
-  void toPack(Out srcDst) { this->run(detail::rToPack, this->points(srcDst)); }  ///< @overload
+  void toPack(std::span<const T> src, std::span<T> dst) {
+    this->run(detail::rToPack, this->points(src), this->points(dst));
+  }
+  void toPack(std::span<T> srcDst) { this->run(detail::rToPack, this->points(srcDst)); }  ///< in place
   /// From the Pack layout to samples.
-  void fromPack(In src, Out dst) { this->run(detail::packToR, this->points(src), this->points(dst)); }
-  void fromPack(Out srcDst) { this->run(detail::packToR, this->points(srcDst)); }  ///< @overload
+  void fromPack(std::span<const T> src, std::span<T> dst) {
+    this->run(detail::packToR, this->points(src), this->points(dst));
+  }
+  void fromPack(std::span<T> srcDst) { this->run(detail::packToR, this->points(srcDst)); }  ///< in place
 
   /// From samples to the Perm layout.
-  void toPerm(In src, Out dst) { this->run(detail::rToPerm, this->points(src), this->points(dst)); }
-  void toPerm(Out srcDst) { this->run(detail::rToPerm, this->points(srcDst)); }  ///< @overload
+  void toPerm(std::span<const T> src, std::span<T> dst) {
+    this->run(detail::rToPerm, this->points(src), this->points(dst));
+  }
+  void toPerm(std::span<T> srcDst) { this->run(detail::rToPerm, this->points(srcDst)); }  ///< in place
   /// From the Perm layout to samples.
-  void fromPerm(In src, Out dst) { this->run(detail::permToR, this->points(src), this->points(dst)); }
-  void fromPerm(Out srcDst) { this->run(detail::permToR, this->points(srcDst)); }  ///< @overload
+  void fromPerm(std::span<const T> src, std::span<T> dst) {
+    this->run(detail::permToR, this->points(src), this->points(dst));
+  }
+  void fromPerm(std::span<T> srcDst) { this->run(detail::permToR, this->points(srcDst)); }  ///< in place
 };
 
 }  // namespace ovks

@@ -65,7 +65,7 @@ class FIR {
     detail::checked<Binding::run>(
         Binding::run(src.data(), dst.data(), len, specification(), delay_.data(), delay_.data(), work_.data()));
   }
-  /// @overload
+  /// In place.
   void filter(std::span<Sample> srcDst) { filter(srcDst, srcDst); }
 
   /// The samples before the next block, oldest first: one less than there are taps.

@@ -24,7 +24,8 @@ template <class T>
 struct Allocator {
   using value_type = T;  ///< what the standard asks for
 
-  Allocator() = default;
+  Allocator() = default;  ///< all are alike
+  /// Of another type.
   template <class U>
   Allocator(const Allocator<U>&) noexcept {}
 
@@ -47,9 +48,11 @@ using Vector = std::vector<T, Allocator<T>>;
 /// Work room, not initialised, that grows when asked to.
 class Buffer {
  public:
-  Buffer() = default;
-  explicit Buffer(int bytes) { require(bytes); }
+  Buffer() = default;                             ///< none yet
+  explicit Buffer(int bytes) { require(bytes); }  ///< so many bytes
+  /// Leaves none behind.
   Buffer(Buffer&& other) noexcept : data_(std::move(other.data_)), size_(std::exchange(other.size_, 0)) {}
+  /// Leaves none behind.
   Buffer& operator=(Buffer&& other) noexcept {
     data_ = std::move(other.data_);
     size_ = std::exchange(other.size_, 0);

@@ -39,7 +39,7 @@ inline constexpr Elementwise<ovksSortAscend_16s_I, ovksSortAscend_16u_I, ovksSor
                              ovksSortAscend_32u_I, ovksSortAscend_64f_I, ovksSortAscend_8u_I>
     sort{};
 
-/// As sort(), the largest first.
+/// Like sort(), the largest first.
 inline constexpr Elementwise<ovksSortDescend_16s_I, ovksSortDescend_16u_I, ovksSortDescend_32f_I, ovksSortDescend_32s_I,
                              ovksSortDescend_32u_I, ovksSortDescend_64f_I, ovksSortDescend_8u_I>
     sortDescend{};
@@ -50,7 +50,7 @@ inline constexpr Elementwise<ovksSortIndexAscend_16s_I, ovksSortIndexAscend_16u_
                              ovksSortIndexAscend_8u_I>
     sortIndex{};
 
-/// As sortIndex(), the largest first.
+/// Like sortIndex(), the largest first.
 inline constexpr Elementwise<ovksSortIndexDescend_16s_I, ovksSortIndexDescend_16u_I, ovksSortIndexDescend_32f_I,
                              ovksSortIndexDescend_32s_I, ovksSortIndexDescend_32u_I, ovksSortIndexDescend_64f_I,
                              ovksSortIndexDescend_8u_I>
@@ -62,7 +62,7 @@ inline constexpr detail::Radix<ovksSortRadixAscend_16s_I, ovksSortRadixAscend_16
                                ovksSortRadixAscend_8u_I>
     sortRadix{};
 
-/// As sortRadix(), the largest first.
+/// Like sortRadix(), the largest first.
 inline constexpr detail::Radix<ovksSortRadixDescend_16s_I, ovksSortRadixDescend_16u_I, ovksSortRadixDescend_32f_I,
                                ovksSortRadixDescend_32s_I, ovksSortRadixDescend_32u_I, ovksSortRadixDescend_64f_I,
                                ovksSortRadixDescend_8u_I>
@@ -74,7 +74,7 @@ inline constexpr detail::Radix<ovksSortRadixIndexAscend_16s, ovksSortRadixIndexA
                                ovksSortRadixIndexAscend_8u>
     sortRadixIndex{};
 
-/// As sortRadixIndex(), the largest first.
+/// Like sortRadixIndex(), the largest first.
 inline constexpr detail::Radix<ovksSortRadixIndexDescend_16s, ovksSortRadixIndexDescend_16u,
                                ovksSortRadixIndexDescend_32f, ovksSortRadixIndexDescend_32s,
                                ovksSortRadixIndexDescend_32u, ovksSortRadixIndexDescend_64f,

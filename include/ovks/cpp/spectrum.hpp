@@ -35,13 +35,13 @@ inline constexpr Overloads<detail::ExpandCall<ovksConjCcs_32fc, ccsLength>,
                            Elementwise<ovksConjCcs_32fc_I, ovksConjCcs_64fc_I>>
     conjCcs{};
 
-/// As conjCcs(), from the Pack layout.
+/// Like conjCcs(), from the Pack layout.
 inline constexpr Overloads<detail::ExpandCall<ovksConjPack_32fc, detail::packedLength>,
                            detail::ExpandCall<ovksConjPack_64fc, detail::packedLength>,
                            Elementwise<ovksConjPack_32fc_I, ovksConjPack_64fc_I>>
     conjPack{};
 
-/// As conjCcs(), from the Perm layout.
+/// Like conjCcs(), from the Perm layout.
 inline constexpr Overloads<detail::ExpandCall<ovksConjPerm_32fc, detail::packedLength>,
                            detail::ExpandCall<ovksConjPerm_64fc, detail::packedLength>,
                            Elementwise<ovksConjPerm_32fc_I, ovksConjPerm_64fc_I>>
@@ -50,10 +50,10 @@ inline constexpr Overloads<detail::ExpandCall<ovksConjPerm_32fc, detail::packedL
 /// Product of two spectra in the Pack layout, point by point.
 inline constexpr Elementwise<ovksMulPack_32f, ovksMulPack_32f_I, ovksMulPack_64f, ovksMulPack_64f_I> mulPack{};
 
-/// As mulPack(), in the Perm layout.
+/// Like mulPack(), in the Perm layout.
 inline constexpr Elementwise<ovksMulPerm_32f, ovksMulPerm_32f_I, ovksMulPerm_64f, ovksMulPerm_64f_I> mulPerm{};
 
-/// As mulPack() in place, the last operand conjugated.
+/// Like mulPack() in place, the last operand conjugated.
 inline constexpr Elementwise<ovksMulPackConj_32f_I, ovksMulPackConj_64f_I> mulPackConj{};
 
 }  // namespace ovks

@@ -9,7 +9,7 @@
 
 namespace ovks {
 
-/// As sum(), times 2^-scaleFactor.
+/// Like sum(), times 2^-scaleFactor.
 inline constexpr Overloads<Reductions<ovksSum_16s_Sfs, ovksSum_16sc_Sfs, ovksSum_32s_Sfs>,
                            Tagged<ovksSum_16s32s_Sfs, ovksSum_16sc32sc_Sfs>>
     sumScaled{};
@@ -17,19 +17,19 @@ inline constexpr Overloads<Reductions<ovksSum_16s_Sfs, ovksSum_16sc_Sfs, ovksSum
 /// Sum of src[n].
 inline constexpr Overloads<Reductions<ovksSum_64f, ovksSum_64fc>, Hinted<ovksSum_32f, ovksSum_32fc>> sum{};
 
-/// As mean(), times 2^-scaleFactor.
+/// Like mean(), times 2^-scaleFactor.
 inline constexpr Reductions<ovksMean_16s_Sfs, ovksMean_16sc_Sfs, ovksMean_32s_Sfs> meanScaled{};
 
 /// Mean of src[n].
 inline constexpr Overloads<Reductions<ovksMean_64f, ovksMean_64fc>, Hinted<ovksMean_32f, ovksMean_32fc>> mean{};
 
-/// As stdDev(), times 2^-scaleFactor.
+/// Like stdDev(), times 2^-scaleFactor.
 inline constexpr Overloads<Reductions<ovksStdDev_16s_Sfs>, Tagged<ovksStdDev_16s32s_Sfs>> stdDevScaled{};
 
 /// Sample standard deviation.
 inline constexpr Overloads<Reductions<ovksStdDev_64f>, Hinted<ovksStdDev_32f>> stdDev{};
 
-/// As meanStdDev(), times 2^-scaleFactor.
+/// Like meanStdDev(), times 2^-scaleFactor.
 inline constexpr Overloads<Reductions<ovksMeanStdDev_16s_Sfs>, Tagged<ovksMeanStdDev_16s32s_Sfs>> meanStdDevScaled{};
 
 /// Mean and sample standard deviation.
@@ -40,7 +40,7 @@ inline constexpr Reductions<ovksNorm_Inf_16s32f, ovksNorm_Inf_32f, ovksNorm_Inf_
                             ovksNorm_Inf_64fc64f>
     normInf{};
 
-/// As normInf(), times 2^-scaleFactor.
+/// Like normInf(), times 2^-scaleFactor.
 inline constexpr Reductions<ovksNorm_Inf_16s32s_Sfs> normInfScaled{};
 
 /// Sum of |src[n]|.
@@ -48,7 +48,7 @@ inline constexpr Reductions<ovksNorm_L1_16s32f, ovksNorm_L1_32f, ovksNorm_L1_32f
                             ovksNorm_L1_64fc64f>
     normL1{};
 
-/// As normL1(), times 2^-scaleFactor.
+/// Like normL1(), times 2^-scaleFactor.
 inline constexpr Overloads<Reductions<ovksNorm_L1_16s32s_Sfs>, Tagged<ovksNorm_L1_16s64s_Sfs>> normL1Scaled{};
 
 /// sqrt(sum of |src[n]|^2).
@@ -56,7 +56,7 @@ inline constexpr Reductions<ovksNorm_L2_16s32f, ovksNorm_L2_32f, ovksNorm_L2_32f
                             ovksNorm_L2_64fc64f>
     normL2{};
 
-/// As normL2(), times 2^-scaleFactor.
+/// Like normL2(), times 2^-scaleFactor.
 inline constexpr Reductions<ovksNorm_L2_16s32s_Sfs> normL2Scaled{};
 
 /// Sum of src[n]^2 times 2^-scaleFactor.
@@ -67,7 +67,7 @@ inline constexpr Reductions<ovksNormDiff_Inf_16s32f, ovksNormDiff_Inf_32f, ovksN
                             ovksNormDiff_Inf_64f, ovksNormDiff_Inf_64fc64f>
     normDiffInf{};
 
-/// As normDiffInf(), times 2^-scaleFactor.
+/// Like normDiffInf(), times 2^-scaleFactor.
 inline constexpr Reductions<ovksNormDiff_Inf_16s32s_Sfs> normDiffInfScaled{};
 
 /// Sum of |src1[n] - src2[n]|.
@@ -75,7 +75,7 @@ inline constexpr Reductions<ovksNormDiff_L1_16s32f, ovksNormDiff_L1_32f, ovksNor
                             ovksNormDiff_L1_64fc64f>
     normDiffL1{};
 
-/// As normDiffL1(), times 2^-scaleFactor.
+/// Like normDiffL1(), times 2^-scaleFactor.
 inline constexpr Overloads<Reductions<ovksNormDiff_L1_16s32s_Sfs>, Tagged<ovksNormDiff_L1_16s64s_Sfs>>
     normDiffL1Scaled{};
 
@@ -84,7 +84,7 @@ inline constexpr Reductions<ovksNormDiff_L2_16s32f, ovksNormDiff_L2_32f, ovksNor
                             ovksNormDiff_L2_64fc64f>
     normDiffL2{};
 
-/// As normDiffL2(), times 2^-scaleFactor.
+/// Like normDiffL2(), times 2^-scaleFactor.
 inline constexpr Reductions<ovksNormDiff_L2_16s32s_Sfs> normDiffL2Scaled{};
 
 /// Sum of (src1[n] - src2[n])^2 times 2^-scaleFactor.
@@ -97,7 +97,7 @@ inline constexpr Overloads<
     Tagged<ovksDotProd_16s32f, ovksDotProd_32f32fc64fc, ovksDotProd_32f64f, ovksDotProd_32fc64fc>>
     dotProd{};
 
-/// As dotProd(), times 2^-scaleFactor.
+/// Like dotProd(), times 2^-scaleFactor.
 inline constexpr Reductions<ovksDotProd_16s32s32s_Sfs, ovksDotProd_16s32s_Sfs, ovksDotProd_32s_Sfs> dotProdScaled{};
 
 /// Sum of ln(src[n]).

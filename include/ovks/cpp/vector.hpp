@@ -21,7 +21,7 @@ inline constexpr Elementwise<ovksAdd_16s, ovksAdd_16s32f, ovksAdd_16s32s_I, ovks
                              ovksAdd_64fc, ovksAdd_64fc_I, ovksAdd_8u16u>
     add{};
 
-/// As add(), times 2^-scaleFactor.
+/// Like add(), times 2^-scaleFactor.
 inline constexpr Elementwise<ovksAdd_16s_ISfs, ovksAdd_16s_Sfs, ovksAdd_16sc_ISfs, ovksAdd_16sc_Sfs, ovksAdd_16u_ISfs,
                              ovksAdd_16u_Sfs, ovksAdd_32s_ISfs, ovksAdd_32s_Sfs, ovksAdd_32sc_ISfs, ovksAdd_32sc_Sfs,
                              ovksAdd_64s_Sfs, ovksAdd_8u_ISfs, ovksAdd_8u_Sfs>
@@ -32,14 +32,14 @@ inline constexpr Elementwise<ovksAddC_16s_I, ovksAddC_32f, ovksAddC_32f_I, ovksA
                              ovksAddC_64f_I, ovksAddC_64fc, ovksAddC_64fc_I>
     addC{};
 
-/// As addC(), times 2^-scaleFactor.
+/// Like addC(), times 2^-scaleFactor.
 inline constexpr Elementwise<ovksAddC_16s_ISfs, ovksAddC_16s_Sfs, ovksAddC_16sc_ISfs, ovksAddC_16sc_Sfs,
                              ovksAddC_16u_ISfs, ovksAddC_16u_Sfs, ovksAddC_32s_ISfs, ovksAddC_32s_Sfs,
                              ovksAddC_32sc_ISfs, ovksAddC_32sc_Sfs, ovksAddC_64s_Sfs, ovksAddC_64u_Sfs,
                              ovksAddC_8u_ISfs, ovksAddC_8u_Sfs>
     addCScaled{};
 
-/// As addProduct(), times 2^-scaleFactor.
+/// Like addProduct(), times 2^-scaleFactor.
 inline constexpr Elementwise<ovksAddProduct_16s32s_Sfs, ovksAddProduct_16s_Sfs, ovksAddProduct_32s_Sfs>
     addProductScaled{};
 
@@ -55,7 +55,7 @@ inline constexpr Elementwise<ovksSub_16s, ovksSub_16s32f, ovksSub_16s_I, ovksSub
                              ovksSub_32fc_I, ovksSub_64f, ovksSub_64f_I, ovksSub_64fc, ovksSub_64fc_I>
     sub{};
 
-/// As sub(), times 2^-scaleFactor.
+/// Like sub(), times 2^-scaleFactor.
 inline constexpr Elementwise<ovksSub_16s_ISfs, ovksSub_16s_Sfs, ovksSub_16sc_ISfs, ovksSub_16sc_Sfs, ovksSub_16u_ISfs,
                              ovksSub_16u_Sfs, ovksSub_32s_ISfs, ovksSub_32s_Sfs, ovksSub_32sc_ISfs, ovksSub_32sc_Sfs,
                              ovksSub_8u_ISfs, ovksSub_8u_Sfs>
@@ -66,13 +66,13 @@ inline constexpr Elementwise<ovksSubC_16s_I, ovksSubC_32f, ovksSubC_32f_I, ovksS
                              ovksSubC_64f_I, ovksSubC_64fc, ovksSubC_64fc_I>
     subC{};
 
-/// As subC(), times 2^-scaleFactor.
+/// Like subC(), times 2^-scaleFactor.
 inline constexpr Elementwise<ovksSubC_16s_ISfs, ovksSubC_16s_Sfs, ovksSubC_16sc_ISfs, ovksSubC_16sc_Sfs,
                              ovksSubC_16u_ISfs, ovksSubC_16u_Sfs, ovksSubC_32s_ISfs, ovksSubC_32s_Sfs,
                              ovksSubC_32sc_ISfs, ovksSubC_32sc_Sfs, ovksSubC_8u_ISfs, ovksSubC_8u_Sfs>
     subCScaled{};
 
-/// As subCRev(), times 2^-scaleFactor.
+/// Like subCRev(), times 2^-scaleFactor.
 inline constexpr Elementwise<ovksSubCRev_16s_ISfs, ovksSubCRev_16s_Sfs, ovksSubCRev_16sc_ISfs, ovksSubCRev_16sc_Sfs,
                              ovksSubCRev_16u_ISfs, ovksSubCRev_16u_Sfs, ovksSubCRev_32s_ISfs, ovksSubCRev_32s_Sfs,
                              ovksSubCRev_32sc_ISfs, ovksSubCRev_32sc_Sfs, ovksSubCRev_8u_ISfs, ovksSubCRev_8u_Sfs>
@@ -89,7 +89,7 @@ inline constexpr Elementwise<ovksMul_16s, ovksMul_16s32f, ovksMul_16s_I, ovksMul
                              ovksMul_64fc, ovksMul_64fc_I, ovksMul_8u16u>
     mul{};
 
-/// As mul(), times 2^-scaleFactor.
+/// Like mul(), times 2^-scaleFactor.
 inline constexpr Elementwise<ovksMul_16s32s_Sfs, ovksMul_16s_ISfs, ovksMul_16s_Sfs, ovksMul_16sc_ISfs, ovksMul_16sc_Sfs,
                              ovksMul_16u16s_Sfs, ovksMul_16u_ISfs, ovksMul_16u_Sfs, ovksMul_32s_ISfs, ovksMul_32s_Sfs,
                              ovksMul_32sc_ISfs, ovksMul_32sc_Sfs, ovksMul_8u_ISfs, ovksMul_8u_Sfs>
@@ -100,17 +100,17 @@ inline constexpr Elementwise<ovksMulC_16s_I, ovksMulC_32f, ovksMulC_32f_I, ovksM
                              ovksMulC_64f_I, ovksMulC_64fc, ovksMulC_64fc_I>
     mulC{};
 
-/// As mulC(), times 2^-scaleFactor.
+/// Like mulC(), times 2^-scaleFactor.
 inline constexpr Elementwise<ovksMulC_16s_ISfs, ovksMulC_16s_Sfs, ovksMulC_16sc_ISfs, ovksMulC_16sc_Sfs,
                              ovksMulC_16u_ISfs, ovksMulC_16u_Sfs, ovksMulC_32f16s_Sfs, ovksMulC_32s_ISfs,
                              ovksMulC_32s_Sfs, ovksMulC_32sc_ISfs, ovksMulC_32sc_Sfs, ovksMulC_64f64s_ISfs,
                              ovksMulC_64s_ISfs, ovksMulC_8u_ISfs, ovksMulC_8u_Sfs>
     mulCScaled{};
 
-/// As mulCScaled() with factor 0, possibly less accurate.
+/// Like mulCScaled() with factor 0, possibly less accurate.
 inline constexpr Elementwise<ovksMulC_Low_32f16s> mulCLow{};
 
-/// As div(), times 2^-scaleFactor.
+/// Like div(), times 2^-scaleFactor.
 inline constexpr Elementwise<ovksDiv_16s_ISfs, ovksDiv_16s_Sfs, ovksDiv_16sc_ISfs, ovksDiv_16sc_Sfs, ovksDiv_16u_ISfs,
                              ovksDiv_16u_Sfs, ovksDiv_32s16s_Sfs, ovksDiv_32s_ISfs, ovksDiv_32s_Sfs, ovksDiv_8u_ISfs,
                              ovksDiv_8u_Sfs>
@@ -121,12 +121,12 @@ inline constexpr Elementwise<ovksDiv_32f, ovksDiv_32f_I, ovksDiv_32fc, ovksDiv_3
                              ovksDiv_64fc, ovksDiv_64fc_I>
     div{};
 
-/// As divScaled(), rounded as the RoundMode before the factor says.
+/// Like divScaled(), rounded as the RoundMode before the factor says.
 inline constexpr Elementwise<ovksDiv_Round_16s_ISfs, ovksDiv_Round_16s_Sfs, ovksDiv_Round_16u_ISfs,
                              ovksDiv_Round_16u_Sfs, ovksDiv_Round_8u_ISfs, ovksDiv_Round_8u_Sfs>
     divRoundScaled{};
 
-/// As divC(), times 2^-scaleFactor.
+/// Like divC(), times 2^-scaleFactor.
 inline constexpr Elementwise<ovksDivC_16s_ISfs, ovksDivC_16s_Sfs, ovksDivC_16sc_ISfs, ovksDivC_16sc_Sfs,
                              ovksDivC_16u_ISfs, ovksDivC_16u_Sfs, ovksDivC_64s_ISfs, ovksDivC_8u_ISfs, ovksDivC_8u_Sfs>
     divCScaled{};
@@ -139,7 +139,7 @@ inline constexpr Elementwise<ovksDivC_32f, ovksDivC_32f_I, ovksDivC_32fc, ovksDi
 /// pDst[n] = val / pSrc[n].
 inline constexpr Elementwise<ovksDivCRev_16u, ovksDivCRev_16u_I, ovksDivCRev_32f, ovksDivCRev_32f_I> divCRev{};
 
-/// As sqr(), times 2^-scaleFactor.
+/// Like sqr(), times 2^-scaleFactor.
 inline constexpr Elementwise<ovksSqr_16s_ISfs, ovksSqr_16s_Sfs, ovksSqr_16sc_ISfs, ovksSqr_16sc_Sfs, ovksSqr_16u_ISfs,
                              ovksSqr_16u_Sfs, ovksSqr_8u_ISfs, ovksSqr_8u_Sfs>
     sqrScaled{};
