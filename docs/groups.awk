@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-# A public header as Doxygen gets to see it: the header becomes a topic, each of its @name groups a topic below, on a page
-# that repeats what holds for the whole header. Parameters get their meaning from parameters.txt, the first file.
+# A public header as Doxygen gets to see it: the header becomes a topic, each of its @name groups a topic below, on a
+# page that repeats what holds for the whole header. Parameters get their meaning from parameters.txt, the first file.
 #
 #   awk -v kind=@details -f groups.awk parameters.txt vector.h
 #

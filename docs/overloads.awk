@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-# A header of the C++ face as Doxygen gets to see it: the C functions that an object calls stand in its comment, not in its
-# type, which would be too wide for any page.
+# A header of the C++ face as Doxygen gets to see it: the C functions that an object calls stand in its comment, not in
+# its type, which would be too wide for any page.
 #
 #   awk -f overloads.awk vector.hpp
 
