@@ -2,12 +2,7 @@
 // What a telephone line leaves of a recording: 300 to 3400 Hz.
 #pragma once
 
-#include <ovks.h>
-
-#include <cstdint>
-#include <vector>
-
-#include "memory.hpp"
+#include <ovks.hpp>
 
 namespace demo {
 
@@ -17,14 +12,13 @@ class BandPass {
   BandPass(int rate, int channels);
 
   // A whole recording in place, block by block, as if it arrived that way.
-  Status filter(float* srcDst, int len);
+  void filter(std::span<float> srcDst);
 
-  const Vector<float>& taps() const { return taps_; }  // for one channel
+  const ovks::Vector<float>& taps() const { return taps_; }  // for one channel
 
  private:
-  Vector<float> taps_;
-  Vector<float> delay_;  // the samples before the next block
-  std::vector<uint8_t> specification_, buffer_;
+  ovks::Vector<float> taps_;
+  ovks::FIR<float> filter_;
 };
 
 }  // namespace demo

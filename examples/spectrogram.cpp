@@ -4,9 +4,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
-
-#include "memory.hpp"
-#include "status.hpp"
+#include <ovks.hpp>
 
 namespace demo {
 namespace {
@@ -25,30 +23,25 @@ double decibels(double power) { return 10 * std::log10(std::max(power, kSilence)
 
 class Analysis {
  public:
-  explicit Analysis(int order) : frame_(1 << order), spectrum_(frame_.size() + 2), powers_(bins()) {
-    int bytes, initBytes, bufferBytes;
-    require(ovksFFTGetSize_R_32f(order, FFTNoDiv, AlgHintNone, &bytes, &initBytes, &bufferBytes),
-            "ovksFFTGetSize_R_32f");
-    area_.resize(static_cast<std::size_t>(bytes));
-    buffer_.resize(static_cast<std::size_t>(std::max(initBytes, bufferBytes)));
-    require(ovksFFTInit_R_32f(&specification_, order, FFTNoDiv, AlgHintNone, area_.data(), buffer_.data()),
-            "ovksFFTInit_R_32f");
-  }
+  explicit Analysis(int order)
+      : fft_(order, FFTNoDiv),
+        frame_(fft_.length()),
+        spectrum_(ovks::ccsLength(fft_.length())),
+        powers_(spectrum_.size() / 2) {}
 
-  std::size_t bins() const { return static_cast<std::size_t>(frame_.size()) / 2 + 1; }
+  std::size_t bins() const { return powers_.size(); }
 
   // The power at each frequency around a moment, the channels' mean. Before and after the recording there is silence.
   const std::vector<double>& powers(const wav::Recording& r, int64_t centre) {
     // A sine wave's half of the spectrum, and the window's mean, which is a half as well.
-    const double fullScale = 32768.0 * (frame_.size() - 1) / 4;
+    const double fullScale = 32768.0 * static_cast<double>(frame_.size() - 1) / 4;
     std::fill(powers_.begin(), powers_.end(), 0.0);
     for (int channel = 0; channel < r.channels; ++channel) {
-      cut(r, centre - frame_.size() / 2, channel);
-      require(ovksWinHann_32f_I(frame_.data(), frame_.size()), "ovksWinHann_32f_I");
-      require(ovksFFTFwd_RToCCS_32f(frame_.data(), spectrum_.data(), specification_, buffer_.data()),
-              "ovksFFTFwd_RToCCS_32f");
+      cut(r, centre - static_cast<int64_t>(frame_.size()) / 2, channel);
+      ovks::hann(frame_);
+      fft_.toCcs(frame_, spectrum_);
       for (std::size_t k = 0; k < bins(); ++k) {
-        const double re = spectrum_.begin()[2 * k] / fullScale, im = spectrum_.begin()[2 * k + 1] / fullScale;
+        const double re = spectrum_[2 * k] / fullScale, im = spectrum_[2 * k + 1] / fullScale;
         powers_[k] += (re * re + im * im) / r.channels;
       }
     }
@@ -56,18 +49,17 @@ class Analysis {
   }
 
  private:
-  void cut(const wav::Recording& r, int64_t first, int channel) {
-    for (int i = 0; i < frame_.size(); ++i) {
-      const int64_t at = first + i;
+  void cut(const wav::Recording& r, int64_t at, int channel) {
+    for (float& sample : frame_) {
       const bool within = at >= 0 && at < r.frames();
-      frame_[i] = within ? r.samples[static_cast<std::size_t>(at * r.channels + channel)] : 0.0f;
+      sample = within ? r.samples[static_cast<std::size_t>(at * r.channels + channel)] : 0.0f;
+      ++at;
     }
   }
 
-  Vector<float> frame_, spectrum_;
+  ovks::RealFFT<float> fft_;
+  ovks::Vector<float> frame_, spectrum_;
   std::vector<double> powers_;
-  std::vector<uint8_t> area_, buffer_;
-  FFTSpec_R_32f* specification_ = nullptr;
 };
 
 // Where a parabola through the decibels around a peak is highest, from -1/2 to 1/2.
