@@ -46,6 +46,17 @@ class DirectFilter {
     }
   };
 
+  // The inputs from x[i] on: a vector of them, or n and zeros.
+  struct Inputs {
+    const T* x;
+    OVKS_INLINE V operator()(std::ptrdiff_t i) const { return load<V>(x + i); }
+  };
+  struct FewInputs {
+    const T* x;
+    std::ptrdiff_t n;
+    OVKS_INLINE V operator()(std::ptrdiff_t i) const { return loadPart<V>(reals(x + i), n * P); }
+  };
+
   // Outputs i .. n - 1, fewer than J vectors: the last block overlaps what has been written.
   template <int J>
   void finish(const T* x, T* y, std::ptrdiff_t i, std::ptrdiff_t n) const {
@@ -65,13 +76,13 @@ class DirectFilter {
   template <int J>
   OVKS_INLINE void block(const T* x, T* y) const {
     Accumulators<J> a;
-    accumulate(a, [x](std::ptrdiff_t i) { return load<V>(x + i); });
+    accumulate(a, Inputs{x});
     for (int j = 0; j < J; ++j) store(y + j * E, a.result(j));
   }
 
   void part(const T* x, T* y, std::ptrdiff_t n) const {
     Accumulators<1> a;
-    accumulate(a, [x, n](std::ptrdiff_t i) { return loadPart<V>(reals(x + i), n * P); });
+    accumulate(a, FewInputs{x, n});
     storePart(reals(y), a.result(0), n * P);
   }
 
@@ -120,7 +131,8 @@ class DirectFilter {
     V before;
 #pragma GCC unroll 32
     for (int m = 1 - I; m < J; ++m) {
-      const V x = inRegister(at(m * E - k)), behind = m == 1 - I ? at(m * E - k - 1) : oneBehind(before, x);
+      const bool loads = m == 1 - I || std::is_same_v<F, FewInputs>;
+      const V x = inRegister(at(m * E - k)), behind = loads ? at(m * E - k - 1) : oneBehind(before, x);
 #pragma GCC unroll 4
       for (int i = 0; i < I; ++i) {
         const int j = m + i;
