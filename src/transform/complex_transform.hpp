@@ -16,7 +16,7 @@ template <class T>
 struct TwiddleLayout {
   std::ptrdiff_t tileRows = 0, tiles = 0, columns = 0;
 
-  explicit TwiddleLayout(int order) {
+  constexpr explicit TwiddleLayout(int order) {
     constexpr std::ptrdiff_t L = kLanes<T>;
     const std::ptrdiff_t m = (std::ptrdiff_t{1} << order) / L;
     if (order > kMaxInCacheOrder<T>) {

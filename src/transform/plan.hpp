@@ -3,7 +3,6 @@
 #pragma once
 
 #include "transform/butterfly.hpp"
-#include <stdlib.h>
 
 namespace ovks::fft {
 
@@ -75,11 +74,7 @@ template <class T>
 inline constexpr PassTable<T> kPassTable;
 
 template <class T>
-OVKS_INLINE const Passes& passesOf(int order) {
-  static Passes over[2]; static bool init=false;
-  if(!init){init=true; if(const char*e=getenv("PASSES")){for(;*e;++e)if(*e>='0'&&*e<='9')over[0].add(*e-'0');}}
-  int sum=0; for(int i=0;i<over[0].count;i++)sum+=over[0].bits[i];
-  if(sum && sum==order-log2OfPower(kLanes<T>)) return over[0];
+constexpr const Passes& passesOf(int order) {
   return kPassTable<T>.ofOrder[order];
 }
 

@@ -6,8 +6,8 @@
 
 namespace ovks::fft {
 
-// sin(2 pi k / 1024), k = 0 ... 256: enough for orders up to 10.
-inline constexpr int kConstantOrder = 10;
+// sin(2 pi k / 2048), k = 0 ... 512: enough for orders up to 11.
+inline constexpr int kConstantOrder = 11;
 
 template <class T>
 struct QuarterWave {
@@ -22,7 +22,7 @@ struct QuarterWave {
 template <class T>
 inline constexpr QuarterWave<T> kQuarterWave;
 
-// table[k] = sin(2 pi k / N), k = 0 ... N/4, N = 2^order > 1024.
+// table[k] = sin(2 pi k / N), k = 0 ... N/4, N = 2^order > 2048.
 template <class T>
 inline void computeQuarterWave(T* table, int order) {
   using V = Vec<double>;
