@@ -342,8 +342,9 @@ void shortCallRow(int n, int tapsLen) {
 #endif
 }
 
-void convolveRow(int longer, int shorter) {
-  const std::string name = "Convolve_32f:" + std::to_string(longer) + "x" + std::to_string(shorter);
+void convolveRow(int longer, int shorter, FilterAlg algorithm = FilterAlgAuto) {
+  const std::string way = algorithm == FilterAlgDirect ? " direct:" : ":";
+  const std::string name = "Convolve_32f" + way + std::to_string(longer) + "x" + std::to_string(shorter);
   const int results = longer + shorter - 1;
   // A history of zeros, for the overlap-save.
   const auto joint = vector<float>(shorter - 1 + longer);
@@ -351,10 +352,10 @@ void convolveRow(int longer, int shorter) {
   const auto taps = vector<float>(shorter), out = vector<float>(results);
   const float* const src = joint.get() + shorter - 1;
   int size;
-  ovksConvolveGetBufferSize(longer, shorter, DataType32f, FilterAlgAuto, &size);
+  ovksConvolveGetBufferSize(longer, shorter, DataType32f, algorithm, &size);
   const Bytes buffer = bytes(size);
   bench::add(name, results, "ovks", [=] {
-    (void)joint, ovksConvolve_32f(src, longer, taps.get(), shorter, out.get(), FilterAlgAuto, buffer.get());
+    (void)joint, ovksConvolve_32f(src, longer, taps.get(), shorter, out.get(), algorithm, buffer.get());
   });
   if (longer <= 1024) {
     bench::add(name, results, "loop", [=] {
@@ -451,6 +452,7 @@ int main(int argc, char** argv) {
   shortCallRow(16, 4);
   for (const int taps : {256, 1024, 4096}) transformRow(1 << 16, taps);
   convolveRow(64, 64);
+  convolveRow(1024, 64, FilterAlgDirect);
   convolveRow(1024, 64);
   convolveRow(1024, 1024);
   convolveRow(65536, 256);
