@@ -57,7 +57,7 @@ struct LargestMagnitude {
 template <class T>
 struct SumOfMagnitudes {
   using F = Roomy<T>;
-  static constexpr int kElements = kTaken<T, F>, kChains = 8;
+  static constexpr int kElements = kTaken<F>, kChains = 8;
   static constexpr std::ptrdiff_t kBlock = isInteger<T> ? (std::ptrdiff_t{1} << 14) * kElements : PTRDIFF_MAX;
   using V = Vec<F, kElements>;
   V sum{};
@@ -120,7 +120,7 @@ OVKS_INLINE double inRange(double least, Sum sum, Finish finish) {
 
 template <class F, class Scaling>
 struct SumOfSquares {
-  static constexpr int kElements = kTaken<F, double>, kChains = 8;
+  static constexpr int kElements = kTaken<double>, kChains = 8;
   using V = Vec<double, kElements>;
   Scaling scale;
   V sum{};
