@@ -75,6 +75,29 @@ struct SumOfMagnitudes {
   }
 };
 
+// Magnitudes of floats, widened by shifts, which leave the adders more time than conversions do: three places down in 64
+// bits, those of a float are a double 2^-896 times as large, exactly and with its denormals. Infinity and NaN come out as
+// numbers from 2^128 on, so that a sum below has none of them.
+struct SumOfShiftedMagnitudes {
+  static constexpr int kElements = kVectorBytes / 4, kChains = 4;
+  static constexpr double kLimit = 0x1p128;
+  using V = Vec<double>;
+  using U = Vec<uint64_t>;
+  V even{}, odd{};
+
+  OVKS_INLINE void add(Vec<float> v) {
+    const U both = inRegister(bits<U>(v));
+    const U low = both & broadcast<U>(0x7fffffff), high = both & broadcast<U>(uint64_t{0x7fffffff} << 32);
+    even = fma(bits<V>(low << 29), broadcast<V>(0x1p896), even);
+    odd = fma(bits<V>(high >> 3), broadcast<V>(0x1p896), odd);
+  }
+  OVKS_INLINE void merge(const SumOfShiftedMagnitudes& o) {
+    even += o.even;
+    odd += o.odd;
+  }
+  OVKS_INLINE Parts<double> parts() const { return partsOf<double>(foldLanes(even + odd, kPlus)); }
+};
+
 // Squares of 16-bit integers, or of their differences.
 template <int sources>
 struct ShortSquares {
@@ -134,21 +157,22 @@ struct SumOfSquares {
   OVKS_INLINE double value() const { return partsOf<double>(foldLanes(sum, kPlus)).re; }
 };
 
-// So many complex elements fill the registers that a modulus in double precision is formed in.
-template <class T>
-inline constexpr int kModuli = (sizeof(T) < sizeof(Complex64f) ? 32 : kVectorBytes) / int{sizeof(T)};
-
-// Squares of moduli, their real and imaginary parts in lanes of their own.
+// Squares of moduli in double precision, in any order: real and imaginary parts go to lanes of their own.
 template <class Scaling, class... S>
 OVKS_INLINE auto squaredModuli(Scaling scale, S... v) {
-  const auto re = scale(difference<double>(realLanes(v)...)), im = scale(difference<double>(imagLanes(v)...));
-  return fma(re, re, im * im);
+  const auto square = [](auto re, auto im) { return fma(re, re, im * im); };
+  if constexpr ((std::is_same_v<Lane<S>, float> && ...)) {
+    const auto x = difference<double>(halves(v).first...), y = difference<double>(halves(v).second...);
+    return square(unpackLow(x, y), unpackHigh(x, y));
+  } else {
+    return square(scale(difference<double>(realLanes(v)...)), scale(difference<double>(imagLanes(v)...)));
+  }
 }
 
 // The square of the largest modulus, compared as LargestMagnitude does.
 template <class T, class Scaling>
 struct LargestModulus {
-  static constexpr int kElements = kModuli<T>, kChains = 8;
+  static constexpr int kElements = kVectorBytes / int{sizeof(T)}, kChains = 8;
   using I = Vec<int64_t, kElements>;
   Scaling scale;
   I largest{};
@@ -166,13 +190,13 @@ struct LargestModulus {
 
 template <class T, class Scaling>
 struct SumOfModuli {
-  static constexpr int kElements = kModuli<T>, kChains = 4;
+  static constexpr int kElements = kVectorBytes / int{sizeof(T)}, kChains = 4;
   Scaling scale;
   Vec<double, kElements> sum{};
 
   template <class... S>
   OVKS_INLINE void add(S... v) {
-    sum += squareRoot(squaredModuli(scale, v...));
+    sum += quickRoot(squaredModuli(scale, v...));
   }
   OVKS_INLINE void merge(const SumOfModuli& o) { sum += o.sum; }
   OVKS_INLINE double value() const { return partsOf<double>(foldLanes(sum, kPlus)).re; }

@@ -41,6 +41,10 @@ struct L1 {
       };
       return inRange<Real<T>>(kLeastModulus, sum, [](double v) { return v; });
     } else {
+      if constexpr (kAvx512 && std::is_same_v<T, float> && sizeof...(S) == 0) {
+        const double sum = total<SumOfShiftedMagnitudes>(n, src).re;
+        if (sum < SumOfShiftedMagnitudes::kLimit) [[likely]] return sum;
+      }
       return total<SumOfMagnitudes<T>>(n, src, other...).re;
     }
   }
