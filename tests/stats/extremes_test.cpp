@@ -82,7 +82,12 @@ TEST(Extremes, SquaresOutOfRange) {
     EXPECT_EQ(reduce(ovksNorm_L2_64fc64f, zero), 0);
   }
   EXPECT_EQ(reduce(ovksNorm_L2_32f, std::vector<float>(100, 3e38f)), std::numeric_limits<float>::infinity());
-  EXPECT_NEAR(reduce(ovksNorm_Inf_32fc32f, std::vector<Complex32f>{{3e-42f, 4e-42f}}) / 5e-42, 1, 1e-3);
+  for (const float scale : {1e-42f, 1e-30f, 1e-18f, 1e18f, 1e30f}) {
+    const std::vector<Complex32f> z{{3 * scale, -4 * scale}, {0, 0}};
+    EXPECT_NEAR(reduce(ovksNorm_Inf_32fc32f, z) / scale, 5, scale < 1e-40f ? 1e-2 : 1e-6);
+    EXPECT_NEAR(reduce(ovksNorm_L1_32f, std::vector<float>{3 * scale, -4 * scale}) / scale, 7, 1e-6);
+  }
+  EXPECT_EQ(reduce(ovksNorm_L1_32f, std::vector<float>(100, -3e38f)), std::numeric_limits<float>::infinity());
 }
 
 TEST(Extremes, NanAndInfinity) {
@@ -96,9 +101,20 @@ TEST(Extremes, NanAndInfinity) {
     EXPECT_TRUE(std::isnan(reduce(ovksNorm_Inf_64f, v)));
     EXPECT_TRUE(std::isnan(reduce(ovksNorm_L1_64f, v)));
     EXPECT_TRUE(std::isnan(reduce(ovksStdDev_64f, v)));
+    std::vector<float> f(100, -1);
+    f[at] = static_cast<float>(-kInf);
+    EXPECT_EQ(reduce(ovksNorm_L1_32f, f), kInf);
+    EXPECT_TRUE(std::isnan(reduce(ovksNormDiff_Inf_32f, f, f)));
+    f[99 - at] = static_cast<float>(kNan);
+    EXPECT_TRUE(std::isnan(reduce(ovksNorm_L1_32f, f)));
     std::vector<Complex32f> z(100, {1, 1});
+    z[at].im = static_cast<float>(kInf);
+    EXPECT_EQ(reduce(ovksNorm_Inf_32fc32f, z), kInf);
+    EXPECT_EQ(reduce(ovksNorm_L1_32fc64f, z), kInf);
+    EXPECT_TRUE(std::isnan(reduce(ovksNormDiff_Inf_32fc32f, z, z)));
     z[at].im = static_cast<float>(kNan);
     EXPECT_TRUE(std::isnan(reduce(ovksNorm_Inf_32fc32f, z)));
+    EXPECT_TRUE(std::isnan(reduce(ovksNorm_L1_32fc64f, z)));
     EXPECT_TRUE(std::isnan(reduce(ovksSum_32fc, z, AlgHintFast).im));
     EXPECT_EQ(reduce(ovksSum_32fc, z, AlgHintFast).re, 100);
   }
