@@ -50,7 +50,7 @@ OVKS_INLINE int64_t laneTotal(V v) {
 // 16-bit integers in 32-bit lanes.
 template <class T>
 struct ShortSum {
-  static constexpr int kElements = kVectorBytes / int{sizeof(T)}, kChains = 4;
+  static constexpr int kElements = kVectorBytes / int{sizeof(T)}, kChains = kAvx512 ? 8 : 4;
   // Each step adds at most 2^16 to a lane.
   static constexpr std::ptrdiff_t kBlock = (std::ptrdiff_t{1} << 14) * kElements;
   using V = Elements<T, kElements>;
