@@ -58,9 +58,18 @@ TEST(Extremes, Scaling) {
   EXPECT_EQ(reduce(ovksNorm_L2_16s32s_Sfs, std::vector<int16_t>{0, 1}, -2000), INT32_MAX);
 }
 
-TEST(Extremes, AccuratePathsCarryDoublePrecision) {
+TEST(Extremes, PathsCarryTheirPrecision) {
   EXPECT_EQ(reduce(ovksSum_32f, std::vector<float>(10000000, 1.0f), AlgHintAccurate), 10000000.0f);
   EXPECT_EQ(reduce(ovksStdDev_32f, std::vector<float>(2, 0.1f), AlgHintNone), 0.0f);
+  // Where rounding makes n Q - S S negative.
+  for (int n = 2; n < 300; ++n) {
+    const std::vector<float> equal(static_cast<std::size_t>(n), 0.1f);
+    EXPECT_LT(reduce(ovksStdDev_32f, equal, AlgHintNone), 1e-8f) << n;
+  }
+  // The fast path leaves single precision after 8192 elements, so that ones still count.
+  std::vector<float> uneven(8192 + 65536, 1.0f);
+  std::fill_n(uneven.begin(), 8192, 0x1p24f);
+  EXPECT_EQ(reduce(ovksSum_32f, uneven, AlgHintFast), 0x1p37f + 0x1p16f);
   EXPECT_EQ(reduce(ovksStdDev_64f, std::vector<double>(12345, 0.1)), 0.0);
   std::vector<double> far(100000);
   for (std::size_t i = 0; i < far.size(); ++i) far[i] = 1e9 + static_cast<double>(i % 2);
@@ -91,7 +100,7 @@ TEST(Extremes, SquaresOutOfRange) {
 }
 
 TEST(Extremes, NanAndInfinity) {
-  for (const std::size_t at : {0, 17, 99}) {
+  for (const std::size_t at : {0, 9, 17, 99}) {
     std::vector<double> v(100, -1);
     v[at] = -kInf;
     EXPECT_EQ(reduce(ovksSum_64f, v), -kInf);
@@ -115,6 +124,9 @@ TEST(Extremes, NanAndInfinity) {
     z[at].im = static_cast<float>(kNan);
     EXPECT_TRUE(std::isnan(reduce(ovksNorm_Inf_32fc32f, z)));
     EXPECT_TRUE(std::isnan(reduce(ovksNorm_L1_32fc64f, z)));
+    std::vector<Complex32f> nearlyZero(100);
+    nearlyZero[at].re = 2;
+    EXPECT_EQ(reduce(ovksNorm_L1_32fc64f, nearlyZero), 2);
     EXPECT_TRUE(std::isnan(reduce(ovksSum_32fc, z, AlgHintFast).im));
     EXPECT_EQ(reduce(ovksSum_32fc, z, AlgHintFast).re, 100);
   }
