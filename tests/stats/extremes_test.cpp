@@ -77,6 +77,9 @@ TEST(Extremes, PathsCarryTheirPrecision) {
   // Near 1 logarithms are small, and a plain product would not tell them.
   const double x = 1 + 0x1p-40;
   EXPECT_NEAR(reduce(ovksSumLn_64f, std::vector<double>(100000, x)) / (1e5 * std::log1p(0x1p-40)), 1, 1e-14);
+  // The fastest growing products, of four elements from 32f, of single ones from 64f.
+  EXPECT_NEAR(reduce(ovksSumLn_32f64f, std::vector<float>(300000, 1.09f)) / (3e5 * std::log(double{1.09f})), 1, 1e-14);
+  EXPECT_NEAR(reduce(ovksSumLn_64f, std::vector<double>(100000, 1.41)) / (1e5 * std::log(1.41)), 1, 1e-14);
 }
 
 TEST(Extremes, SquaresOutOfRange) {
