@@ -100,9 +100,9 @@ struct SumOfMagnitudes {
   OVKS_INLINE Parts<double> parts() const { return partsOf<double>(foldLanes(sum, kPlus)); }
 };
 
-// Magnitudes of floats, widened by shifts, which leave the adders more time than conversions do: three places down in 64
-// bits, those of a float are a double 2^-896 times as large, exactly and with its denormals. Infinity and NaN come out as
-// numbers from 2^128 on, so that a sum below has none of them.
+// Magnitudes of floats, widened by shifts, which leave the adders more time than conversions do: three places down in
+// 64 bits, those of a float are a double 2^-896 times as large, exactly and with its denormals. Infinity and NaN come
+// out as numbers from 2^128 on, so that a sum below has none of them.
 struct SumOfShiftedMagnitudes {
   static constexpr int kElements = kVectorBytes / 4, kChains = 4;
   static constexpr double kLimit = 0x1p128;

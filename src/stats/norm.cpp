@@ -50,7 +50,8 @@ struct L1 {
     } else {
       if constexpr (kAvx512 && std::is_same_v<T, float> && sizeof...(S) == 0) {
         const double sum = total<SumOfShiftedMagnitudes>(n, src).re;
-        if (sum < SumOfShiftedMagnitudes::kLimit) [[likely]] return sum;
+        if (sum < SumOfShiftedMagnitudes::kLimit) [[likely]]
+          return sum;
       }
       return total<SumOfMagnitudes<T>>(n, src, other...).re;
     }

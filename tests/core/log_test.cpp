@@ -22,15 +22,15 @@ double worst(const char* name, double (*make)(Random&)) {
     V v;
     for (int i = 0; i < lanes<V>; ++i) v[i] = make(random);
     const V result = log(v);
-    for (int i = 0; i < lanes<V>; ++i) most = std::max(most, error(result[i], std::log(static_cast<long double>(v[i]))));
+    for (int i = 0; i < lanes<V>; ++i)
+      most = std::max(most, error(result[i], std::log(static_cast<long double>(v[i]))));
   }
   return static_cast<double>(most);
 }
 
 // Of any size, denormals among them; and near 1, at every distance from it.
 double anySize(Random& random) {
-  const double x =
-      std::ldexp(1 + static_cast<double>(random.bits() >> 12) * 0x1p-52, random.between(-1074, 1022));
+  const double x = std::ldexp(1 + static_cast<double>(random.bits() >> 12) * 0x1p-52, random.between(-1074, 1022));
   return x == 1 ? 2 : x;
 }
 double nearOne(Random& random) {
