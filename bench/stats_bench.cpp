@@ -5,7 +5,7 @@
 #include <memory>
 #include <vector>
 
-#include "stats_plain.hpp"
+#include "stats_peers.hpp"
 #include "support/limits.hpp"
 #include "support/report.hpp"
 
@@ -36,7 +36,27 @@ struct Sources {
   uint8_t* b;
 };
 
-// One row: f(src1, src2, n) by each implementation.
+// Where results go.
+template <class T>
+T sink;
+
+template <class T>
+void keep(T value) {
+  *const_cast<volatile T*>(&sink<T>) = value;
+}
+void keep(Complex32f value) {
+  keep(value.re);
+  keep(value.im);
+}
+
+constexpr const StatsPeer* kPeers[] = {
+    &kLoop,
+#ifdef OVKS_HAVE_EIGEN
+    &kEigen,
+#endif
+};
+
+// One row: f(src1, src2, n) by each implementation. Ours are named, with what follows the length and the result.
 template <class S>
 class Row {
  public:
@@ -46,6 +66,30 @@ class Row {
       const std::size_t bytes = static_cast<std::size_t>(k) * sizeof(S);
       return sources == 1 ? bench::limitRead(a, bytes) : bench::limitRead(a, b, bytes);
     });
+  }
+
+  template <class D, class... M>
+  Row(const char* name, int n, Status (*ours)(const S*, int, D*, M...), std::type_identity_t<M>... mode)
+      : Row(name, n, 1) {
+    by("ovks", [=](const S* a, const S*, int k) { ours(a, k, &sink<D>, mode...); });
+  }
+  template <class D, class... M>
+  Row(const char* name, int n, Status (*ours)(const S*, const S*, int, D*, M...), std::type_identity_t<M>... mode)
+      : Row(name, n, 2) {
+    by("ovks", [=](const S* a, const S* b, int k) { ours(a, b, k, &sink<D>, mode...); });
+  }
+
+  template <class R>
+  Row& peers(R (*StatsPeer::*f)(const S*, int)) {
+    for (const StatsPeer* peer : kPeers) by(peer->name, [g = peer->*f](const S* a, const S*, int k) { keep(g(a, k)); });
+    return *this;
+  }
+  template <class R>
+  Row& peers(R (*StatsPeer::*f)(const S*, const S*, int)) {
+    for (const StatsPeer* peer : kPeers) {
+      by(peer->name, [g = peer->*f](const S* a, const S* b, int k) { keep(g(a, b, k)); });
+    }
+    return *this;
   }
 
   template <class F>
@@ -62,31 +106,17 @@ class Row {
   std::shared_ptr<Sources> memory_;
 };
 
-// Where results go.
-template <class T>
-T sink;
-
-template <class T>
-void keep(T value) {
-  *const_cast<volatile T*>(&sink<T>) = value;
-}
-
 using F = float;
+using Z = Complex32f;
+using S = int16_t;
 
 void sumRows(int n) {
-  Row<F> fast("Sum_32f:fast", n, 1), sum("Sum_32f", n, 1), deviation("StdDev_32f", n, 1);
-  fast.by("ovks", [](const F* a, const F*, int k) { ovksSum_32f(a, k, &sink<F>, AlgHintFast); })
-      .by("loop", [](const F* a, const F*, int k) { keep(plain::sum32f(a, k)); });
-  sum.by("ovks", [](const F* a, const F*, int k) { ovksSum_32f(a, k, &sink<F>, AlgHintNone); })
-      .by("loop", [](const F* a, const F*, int k) { keep(plain::sum32fWide(a, k)); });
-  deviation.by("ovks", [](const F* a, const F*, int k) { ovksStdDev_32f(a, k, &sink<F>, AlgHintNone); })
-      .by("loop", [](const F* a, const F*, int k) { keep(plain::deviation32f(a, k)); });
-  Row<F>("StdDev_32f:fast", n, 1).by("ovks", [](const F* a, const F*, int k) {
-    ovksStdDev_32f(a, k, &sink<F>, AlgHintFast);
-  });
-  Row<F>("SumLn_32f", n, 1)
-      .by("ovks", [](const F* a, const F*, int k) { ovksSumLn_32f(a, k, &sink<F>); })
-      .by("loop", [](const F* a, const F*, int k) { keep(plain::sumLn(a, k)); });
+  Row<F> fast("Sum_32f:fast", n, ovksSum_32f, AlgHintFast), deviation("StdDev_32f", n, ovksStdDev_32f, AlgHintNone);
+  fast.peers(&StatsPeer::sum);
+  Row<F>("Sum_32f", n, ovksSum_32f, AlgHintNone).peers(&StatsPeer::wideSum);
+  deviation.peers(&StatsPeer::deviation);
+  Row<F>("StdDev_32f:fast", n, ovksStdDev_32f, AlgHintFast);
+  Row<F>("SumLn_32f", n, ovksSumLn_32f).peers(&StatsPeer::logarithms);
 #ifdef OVKS_HAVE_VOLK
   fast.by("volk",
           [](const F* a, const F*, int k) { volk_32f_accumulator_s32f(&sink<F>, a, static_cast<unsigned>(k)); });
@@ -98,13 +128,15 @@ void sumRows(int n) {
 }
 
 void normRows(int n) {
-  Row<F> one("Norm_L1_32f", n, 1), two("Norm_L2_32f", n, 1), most("Norm_Inf_32f", n, 1);
-  one.by("ovks", [](const F* a, const F*, int k) { ovksNorm_L1_32f(a, k, &sink<F>); })
-      .by("loop", [](const F* a, const F*, int k) { keep(plain::norm1(a, k)); });
-  two.by("ovks", [](const F* a, const F*, int k) { ovksNorm_L2_32f(a, k, &sink<F>); })
-      .by("loop", [](const F* a, const F*, int k) { keep(plain::norm2(a, k)); });
-  most.by("ovks", [](const F* a, const F*, int k) { ovksNorm_Inf_32f(a, k, &sink<F>); })
-      .by("loop", [](const F* a, const F*, int k) { keep(plain::normInf(a, k)); });
+  Row<F> one("Norm_L1_32f", n, ovksNorm_L1_32f), two("Norm_L2_32f", n, ovksNorm_L2_32f);
+  one.peers(&StatsPeer::norm1);
+  two.peers(&StatsPeer::norm2);
+  Row<F>("Norm_Inf_32f", n, ovksNorm_Inf_32f).peers(&StatsPeer::normInf);
+  Row<Z>("Norm_L1_32fc64f", n, ovksNorm_L1_32fc64f).peers(&StatsPeer::moduli);
+  Row<Z>("Norm_Inf_32fc32f", n, ovksNorm_Inf_32fc32f).peers(&StatsPeer::largestModulus);
+  Row<F>("NormDiff_L1_32f", n, ovksNormDiff_L1_32f).peers(&StatsPeer::difference1);
+  Row<F>("NormDiff_L2_32f", n, ovksNormDiff_L2_32f).peers(&StatsPeer::difference2);
+  Row<F>("NormDiff_Inf_32f", n, ovksNormDiff_Inf_32f).peers(&StatsPeer::differenceInf);
 #ifdef OVKS_HAVE_OPENBLAS
   one.by("openblas", [](const F* a, const F*, int k) { keep(cblas_sasum(k, a, 1)); });
   two.by("openblas", [](const F* a, const F*, int k) { keep(cblas_snrm2(k, a, 1)); });
@@ -112,14 +144,13 @@ void normRows(int n) {
 }
 
 void dotRows(int n) {
-  using Z = Complex32f;
-  Row<F> dot("DotProd_32f", n, 2);
-  Row<Z> complexDot("DotProd_32fc", n, 2);
-  dot.by("ovks", [](const F* a, const F* b, int k) { ovksDotProd_32f(a, b, k, &sink<F>); })
-      .by("loop", [](const F* a, const F* b, int k) { keep(plain::dot32fWide(a, b, k)); });
-  complexDot.by("ovks", [](const Z* a, const Z* b, int k) { ovksDotProd_32fc(a, b, k, &sink<Z>); });
+  Row<F> dot("DotProd_32f", n, ovksDotProd_32f);
+  Row<Z> complexDot("DotProd_32fc", n, ovksDotProd_32fc);
+  dot.peers(&StatsPeer::wideDot);
+  complexDot.peers(&StatsPeer::complexDot);
 #ifdef OVKS_HAVE_OPENBLAS
   dot.by("openblas", [](const F* a, const F* b, int k) { keep(cblas_dsdot(k, a, 1, b, 1)); });
+  complexDot.by("openblas", [](const Z* a, const Z* b, int k) { cblas_cdotu_sub(k, a, 1, b, 1, &sink<Z>); });
 #endif
 #ifdef OVKS_HAVE_VOLK
   complexDot.by("volk", [](const Z* a, const Z* b, int k) {
@@ -130,19 +161,24 @@ void dotRows(int n) {
 }
 
 void shortRows(int n) {
-  using S = int16_t;
-  Row<S>("Sum_16s32s_Sfs", n, 1)
-      .by("ovks", [](const S* a, const S*, int k) { ovksSum_16s32s_Sfs(a, k, &sink<int32_t>, 0); })
-      .by("loop", [](const S* a, const S*, int k) { keep(plain::sum16s(a, k)); });
-  Row<S>("DotProd_16s64s", n, 2)
-      .by("ovks", [](const S* a, const S* b, int k) { ovksDotProd_16s64s(a, b, k, &sink<int64_t>); })
-      .by("loop", [](const S* a, const S* b, int k) { keep(plain::dot16s(a, b, k)); });
+  Row<S>("Sum_16s32s_Sfs", n, ovksSum_16s32s_Sfs, 0).peers(&StatsPeer::shortSum);
+  Row<S>("Norm_L1_16s64s_Sfs", n, ovksNorm_L1_16s64s_Sfs, 0).peers(&StatsPeer::shortNorm1);
+  Row<S>("Norm_L2Sqr_16s64s_Sfs", n, ovksNorm_L2Sqr_16s64s_Sfs, 0).peers(&StatsPeer::shortNorm2Sqr);
+  Row<S>("NormDiff_L1_16s64s_Sfs", n, ovksNormDiff_L1_16s64s_Sfs, 0).peers(&StatsPeer::shortDifference1);
+  Row<S>("DotProd_16s64s", n, ovksDotProd_16s64s).peers(&StatsPeer::shortDot);
+  Row<Complex16s> complexDot("DotProd_16sc64sc", n, ovksDotProd_16sc64sc);
+#ifdef OVKS_HAVE_VOLK
+  complexDot.by("volk", [](const Complex16s* a, const Complex16s* b, int k) {  // in 16 bits, saturated
+    volk_16ic_x2_dot_prod_16ic(reinterpret_cast<lv_16sc_t*>(&sink<Complex16s>), reinterpret_cast<const lv_16sc_t*>(a),
+                               reinterpret_cast<const lv_16sc_t*>(b), static_cast<unsigned>(k));
+  });
+#endif
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  for (const int n : {256, 2048, 65536, 1 << 22}) {
+  for (const int n : {256, 4096, 65536, 1 << 22}) {
     sumRows(n);
     normRows(n);
     dotRows(n);

@@ -1,42 +1,39 @@
 // SPDX-License-Identifier: MIT
-#include "stats_plain.hpp"
-
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 
-namespace plain {
+#include "stats_peers.hpp"
+
 namespace {
 
-template <class R, class F>
-R total(int n, F term) {
+// The sum of term(x) or term(x, y), in R.
+template <class R, auto term, class S>
+R total(const S* a, int n) {
   R sum = 0;
-  for (int i = 0; i < n; ++i) sum += static_cast<R>(term(i));
+  for (int i = 0; i < n; ++i) sum += static_cast<R>(term(a[i]));
+  return sum;
+}
+template <class R, auto term, class S>
+R total(const S* a, const S* b, int n) {
+  R sum = 0;
+  for (int i = 0; i < n; ++i) sum += static_cast<R>(term(a[i], b[i]));
   return sum;
 }
 
-}  // namespace
+template <auto term, class... S>
+float rootOfTotal(const S*... a, int n) {
+  return std::sqrt(total<float, term>(a..., n));
+}
 
-float sum32f(const float* a, int n) {
-  return total<float>(n, [a](int i) { return a[i]; });
-}
-double sum32fWide(const float* a, int n) {
-  return total<double>(n, [a](int i) { return a[i]; });
-}
-double dot32fWide(const float* a, const float* b, int n) {
-  return total<double>(n, [a, b](int i) { return static_cast<double>(a[i]) * b[i]; });
-}
-float norm1(const float* a, int n) {
-  return total<float>(n, [a](int i) { return std::fabs(a[i]); });
-}
-float norm2(const float* a, int n) {
-  return std::sqrt(total<float>(n, [a](int i) { return a[i] * a[i]; }));
-}
-float normInf(const float* a, int n) {
+template <auto term, class... S>
+float largest(const S*... a, int n) {
   float most = 0;
-  for (int i = 0; i < n; ++i) most = std::max(most, std::fabs(a[i]));
+  for (int i = 0; i < n; ++i) most = std::max(most, term(a[i]...));
   return most;
 }
-float deviation32f(const float* a, int n) {
+
+float deviation(const float* a, int n) {
   double sum = 0, squares = 0;
   for (int i = 0; i < n; ++i) {
     const double x = a[i];
@@ -45,14 +42,54 @@ float deviation32f(const float* a, int n) {
   }
   return static_cast<float>(std::sqrt((squares - sum * sum / n) / (n - 1)));
 }
-int64_t sum16s(const int16_t* a, int n) {
-  return total<int64_t>(n, [a](int i) { return a[i]; });
-}
-int64_t dot16s(const int16_t* a, const int16_t* b, int n) {
-  return total<int64_t>(n, [a, b](int i) { return a[i] * b[i]; });
-}
-double sumLn(const float* a, int n) {
-  return total<double>(n, [a](int i) { return std::log(a[i]); });
+
+Complex32f complexDot(const Complex32f* a, const Complex32f* b, int n) {
+  float re = 0, im = 0;
+  for (int i = 0; i < n; ++i) {
+    re += a[i].re * b[i].re - a[i].im * b[i].im;
+    im += a[i].re * b[i].im + a[i].im * b[i].re;
+  }
+  return {re, im};
 }
 
-}  // namespace plain
+float value(float x) { return x; }
+float magnitude(float x) { return std::fabs(x); }
+float square(float x) { return x * x; }
+float distance(float x, float y) { return std::fabs(x - y); }
+float squaredDistance(float x, float y) { return (x - y) * (x - y); }
+double wideProduct(float x, float y) { return double{x} * y; }
+float logarithm(float x) { return std::log(x); }
+double modulus(Complex32f z) { return std::sqrt(double{z.re} * z.re + double{z.im} * z.im); }
+float squaredModulus(Complex32f z) { return z.re * z.re + z.im * z.im; }
+int shortValue(int16_t x) { return x; }
+int shortMagnitude(int16_t x) { return std::abs(int{x}); }
+int shortProduct(int16_t x, int16_t y) { return x * y; }
+int shortSquare(int16_t x) { return x * x; }
+int shortDistance(int16_t x, int16_t y) { return std::abs(x - y); }
+
+float largestModulus(const Complex32f* a, int n) { return std::sqrt(largest<squaredModulus, Complex32f>(a, n)); }
+
+}  // namespace
+
+const StatsPeer kLoop = {
+    .name = "loop",
+    .sum = total<float, value>,
+    .wideSum = total<double, value>,
+    .deviation = deviation,
+    .logarithms = total<double, logarithm>,
+    .norm1 = total<float, magnitude>,
+    .norm2 = rootOfTotal<square, float>,
+    .normInf = largest<magnitude, float>,
+    .difference1 = total<float, distance>,
+    .difference2 = rootOfTotal<squaredDistance, float, float>,
+    .differenceInf = largest<distance, float, float>,
+    .wideDot = total<double, wideProduct>,
+    .complexDot = complexDot,
+    .moduli = total<double, modulus>,
+    .largestModulus = largestModulus,
+    .shortSum = total<int64_t, shortValue>,
+    .shortNorm1 = total<int64_t, shortMagnitude>,
+    .shortNorm2Sqr = total<int64_t, shortSquare>,
+    .shortDifference1 = total<int64_t, shortDistance>,
+    .shortDot = total<int64_t, shortProduct>,
+};

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The correctly rounded square root of vectors.
+// Square roots of vectors: correctly rounded, or nearly.
 #pragma once
 
 #include "core/simd.hpp"
@@ -18,6 +18,22 @@ OVKS_INLINE V squareRoot(V v) {
   } else {
     if constexpr (single) return _mm_sqrt_ps(v);
     else return _mm_sqrt_pd(v);
+  }
+}
+
+// Within 0.8 ulp, of doubles in AVX-512 registers without the divider's help: an estimate of 14 bits, refined twice. Of
+// denormals it tells fewer digits.
+template <class V>
+OVKS_INLINE V refinedRoot(V v) {
+  if constexpr (kAvx512 && sizeof(V) == 64) {
+    const V half = broadcast<V>(0.5), estimate = _mm512_rsqrt14_pd(v), root = v * estimate, inverse = half * estimate;
+    const V error = _mm512_fnmadd_pd(root, inverse, half), nearer = fma(root, error, root);
+    const V rest = _mm512_fnmadd_pd(nearer, nearer, v);
+    constexpr int kZeroInfinityNan = 0x9f;  // are their own roots
+    return _mm512_mask_mov_pd(fma(rest, fma(inverse, error, inverse), nearer),
+                              _mm512_fpclass_pd_mask(v, kZeroInfinityNan), v);
+  } else {
+    return squareRoot(v);
   }
 }
 

@@ -24,7 +24,7 @@ struct Moments {
 // Floats in lanes of F.
 template <class F>
 struct FloatMoments {
-  static constexpr int kElements = kTaken<float, F>, kChains = kAvx512 ? 8 : 4;
+  static constexpr int kElements = kTaken<F>, kChains = kAvx512 ? 8 : 4;
   using V = Vec<F, kElements>;
   V sum{}, squares{};
 

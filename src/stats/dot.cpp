@@ -15,7 +15,7 @@ using namespace ovks;
 template <class A, class B>
 struct RealDot {
   using W = std::conditional_t<isComplex<B>, Complex64f, double>;
-  static constexpr int kElements = kTaken<B, W>, kChains = 8;
+  static constexpr int kElements = kTaken<W>, kChains = 8;
   using V = Elements<W, kElements>;
   V sum{};
 
@@ -30,7 +30,7 @@ struct RealDot {
 // Floating point, both complex: products of parts with like parts, and with the other ones.
 template <class T>
 struct ComplexDot {
-  static constexpr int kElements = kTaken<T, Complex64f>, kChains = kAvx512 ? 8 : 4;
+  static constexpr int kElements = kTaken<Complex64f>, kChains = kAvx512 ? 8 : 4;
   using V = Elements<Complex64f, kElements>;
   V like{}, other{};
 

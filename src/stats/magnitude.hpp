@@ -9,15 +9,11 @@
 
 namespace ovks {
 
+// |v| of floating point.
 template <class V>
 OVKS_INLINE V magnitude(V v) {
-  using T = Lane<V>;
-  if constexpr (std::is_floating_point_v<T>) {
-    using I = decltype(v == v);
-    return bits<V>(bits<I>(v) & broadcast<I>(std::numeric_limits<Lane<I>>::max()));
-  } else {
-    return v < 0 ? -v : v;
-  }
+  using I = decltype(v == v);
+  return bits<V>(bits<I>(v) & broadcast<I>(std::numeric_limits<Lane<I>>::max()));
 }
 
 // A source, or the difference of two, in lanes of F.
@@ -30,49 +26,101 @@ OVKS_INLINE auto difference(V a, V b) {
   return convert<F>(a) - convert<F>(b);
 }
 
-// The type that magnitudes of T have room in, and that of their sums.
-template <class T>
-using Roomy = std::conditional_t<isInteger<T>, int32_t, double>;
+// |v| and |a - b| of 16-bit integers.
+template <class V>
+OVKS_INLINE Unsigned<V> shortMagnitude(V v) {
+  return bits<Unsigned<V>>(larger(v, bits<V>(-bits<Unsigned<V>>(v))));
+}
+template <class V>
+OVKS_INLINE Unsigned<V> shortMagnitude(V a, V b) {
+  return bits<Unsigned<V>>(larger(a, b)) - bits<Unsigned<V>>(smaller(a, b));
+}
 
 // The largest magnitude, compared as an integer: there NaN lies above infinity and comes through.
 template <class T>
 struct LargestMagnitude {
-  using F = std::conditional_t<isInteger<T>, int32_t, T>;
-  static constexpr int kElements = kVectorBytes / int{sizeof(F)}, kChains = 8;
-  using I = Vec<std::conditional_t<sizeof(F) == 4, int32_t, int64_t>, kElements>;
+  static constexpr int kElements = kVectorBytes / int{sizeof(T)}, kChains = 8;
+  using V = Vec<T, kElements>;
+  using I = std::conditional_t<isInteger<T>, Unsigned<Vec<int16_t>>, decltype(V{} == V{})>;
   I largest{};
 
-  template <class... V>
-  OVKS_INLINE void add(V... v) {
-    largest = kMax(largest, bits<I>(magnitude(difference<F>(v...))));
-  }
+  OVKS_INLINE void add(V v) { take(v); }
+  OVKS_INLINE void add(V a, V b) { take(a, b); }
   OVKS_INLINE void merge(const LargestMagnitude& o) { largest = kMax(largest, o.largest); }
-  OVKS_INLINE F value() const {
-    const auto two = foldLanes(largest, kMax);
-    return bits<F>(kMax(two[0], two[1]));
+  OVKS_INLINE auto value() const {
+    if constexpr (isInteger<T>) {
+      const auto p = widen(largest);
+      const auto two = foldLanes(kMax(p.first, p.second), kMax);
+      return static_cast<int>(kMax(two[0], two[1]));
+    } else {
+      const auto two = foldLanes(largest, kMax);
+      return bits<T>(kMax(two[0], two[1]));
+    }
+  }
+
+ private:
+  template <class... S>
+  OVKS_INLINE void take(S... v) {
+    if constexpr (isInteger<T>) largest = kMax(largest, shortMagnitude(v...));
+    else largest = kMax(largest, bits<I>(magnitude(difference<T>(v...))));
   }
 };
 
-// In blocks that 32 bits have room for: |a - b| < 2^16.
+// Magnitudes of 16-bit integers, two to each lane of the sum.
+struct SumOfShortMagnitudes {
+  static constexpr int kElements = kVectorBytes / 2, kChains = 4;
+  // Each step adds less than 2^17 to a lane.
+  static constexpr std::ptrdiff_t kBlock = (std::ptrdiff_t{1} << 13) * kElements;
+  using V = Vec<int16_t>;
+  using W = Vec<int32_t>;
+  W sum{};
+
+  OVKS_INLINE void add(V v) { sum += detail::multiplyNeighbours(v, v >> 15 | broadcast<V>(1)); }
+  OVKS_INLINE void add(V a, V b) {
+    using U = Unsigned<W>;
+    const U both = bits<U>(shortMagnitude(a, b));
+    sum += bits<W>((both & broadcast<U>(0xffff)) + (both >> 16));
+  }
+  OVKS_INLINE void merge(const SumOfShortMagnitudes& o) { sum += o.sum; }
+  OVKS_INLINE Parts<int64_t> parts() const { return {laneTotal(sum), 0}; }
+};
+
+// Magnitudes of floats and doubles.
 template <class T>
 struct SumOfMagnitudes {
-  using F = Roomy<T>;
-  static constexpr int kElements = kTaken<T, F>, kChains = 8;
-  static constexpr std::ptrdiff_t kBlock = isInteger<T> ? (std::ptrdiff_t{1} << 14) * kElements : PTRDIFF_MAX;
-  using V = Vec<F, kElements>;
+  static constexpr int kElements = kTaken<double>, kChains = 8;
+  using V = Vec<double>;
   V sum{};
 
   template <class... S>
   OVKS_INLINE void add(S... v) {
-    const V x = magnitude(difference<F>(v...));
-    if constexpr (isInteger<T>) sum += x;
-    else sum = plusWidened(sum, x);
+    sum = plusWidened(sum, magnitude(difference<double>(v...)));
   }
   OVKS_INLINE void merge(const SumOfMagnitudes& o) { sum += o.sum; }
-  OVKS_INLINE auto parts() const {
-    if constexpr (isInteger<T>) return Parts<int64_t>{laneTotal(sum), 0};
-    else return partsOf<F>(foldLanes(sum, kPlus));
+  OVKS_INLINE Parts<double> parts() const { return partsOf<double>(foldLanes(sum, kPlus)); }
+};
+
+// Magnitudes of floats, widened by shifts, which leave the adders more time than conversions do: three places down in
+// 64 bits, those of a float are a double 2^-896 times as large, exactly and with its denormals. Infinity and NaN come
+// out as numbers from 2^128 on, so that a sum below has none of them.
+struct SumOfShiftedMagnitudes {
+  static constexpr int kElements = kVectorBytes / 4, kChains = 4;
+  static constexpr double kLimit = 0x1p128;
+  using V = Vec<double>;
+  using U = Vec<uint64_t>;
+  V even{}, odd{};
+
+  OVKS_INLINE void add(Vec<float> v) {
+    const U both = inRegister(bits<U>(v));
+    const U low = both & broadcast<U>(0x7fffffff), high = both & broadcast<U>(uint64_t{0x7fffffff} << 32);
+    even = fma(bits<V>(low << 29), broadcast<V>(0x1p896), even);
+    odd = fma(bits<V>(high >> 3), broadcast<V>(0x1p896), odd);
   }
+  OVKS_INLINE void merge(const SumOfShiftedMagnitudes& o) {
+    even += o.even;
+    odd += o.odd;
+  }
+  OVKS_INLINE Parts<double> parts() const { return partsOf<double>(foldLanes(even + odd, kPlus)); }
 };
 
 // Squares of 16-bit integers, or of their differences.
@@ -120,7 +168,7 @@ OVKS_INLINE double inRange(double least, Sum sum, Finish finish) {
 
 template <class F, class Scaling>
 struct SumOfSquares {
-  static constexpr int kElements = kTaken<F, double>, kChains = 8;
+  static constexpr int kElements = kTaken<double>, kChains = 8;
   using V = Vec<double, kElements>;
   Scaling scale;
   V sum{};
@@ -134,28 +182,29 @@ struct SumOfSquares {
   OVKS_INLINE double value() const { return partsOf<double>(foldLanes(sum, kPlus)).re; }
 };
 
-// So many complex elements fill the registers that a modulus in double precision is formed in.
-template <class T>
-inline constexpr int kModuli = (sizeof(T) < sizeof(Complex64f) ? 32 : kVectorBytes) / int{sizeof(T)};
-
-// Squares of moduli, their real and imaginary parts in lanes of their own.
+// Squares of moduli in double precision, in any order: real and imaginary parts go to lanes of their own.
 template <class Scaling, class... S>
 OVKS_INLINE auto squaredModuli(Scaling scale, S... v) {
-  const auto re = scale(difference<double>(realLanes(v)...)), im = scale(difference<double>(imagLanes(v)...));
-  return fma(re, re, im * im);
+  const auto square = [](auto re, auto im) { return fma(re, re, im * im); };
+  if constexpr ((std::is_same_v<Lane<S>, float> && ...)) {
+    const auto x = difference<double>(halves(v).first...), y = difference<double>(halves(v).second...);
+    return square(unpackLow(x, y), unpackHigh(x, y));
+  } else {
+    return square(scale(difference<double>(realLanes(v)...)), scale(difference<double>(imagLanes(v)...)));
+  }
 }
 
-// The square of the largest modulus, compared as LargestMagnitude does.
+// The square of the largest modulus, compared as LargestMagnitude does; NaN may have a sign here.
 template <class T, class Scaling>
 struct LargestModulus {
-  static constexpr int kElements = kModuli<T>, kChains = 8;
+  static constexpr int kElements = kVectorBytes / int{sizeof(T)}, kChains = 8;
   using I = Vec<int64_t, kElements>;
   Scaling scale;
   I largest{};
 
   template <class... S>
   OVKS_INLINE void add(S... v) {
-    largest = kMax(largest, bits<I>(squaredModuli(scale, v...)));
+    largest = kMax(largest, bits<I>(magnitude(squaredModuli(scale, v...))));
   }
   OVKS_INLINE void merge(const LargestModulus& o) { largest = kMax(largest, o.largest); }
   OVKS_INLINE double value() const {
@@ -164,15 +213,38 @@ struct LargestModulus {
   }
 };
 
+// The same in single precision, each element twice: within 2^-23, from kLeast to kGreatest.
+struct LargestModulus32 {
+  static constexpr int kElements = kVectorBytes / 8, kChains = 8;
+  static constexpr float kLeast = 0x1p-100f, kGreatest = std::numeric_limits<float>::max();
+  using U = Vec<uint32_t>;
+  U largest{};
+
+  OVKS_INLINE void add(Vec<float> v) {
+    const Vec<float> other = swapParts(v);
+    largest = kMax(largest, bits<U>(fma(v, v, other * other)));
+  }
+  OVKS_INLINE void merge(const LargestModulus32& o) { largest = kMax(largest, o.largest); }
+  OVKS_INLINE float value() const {
+    const auto two = foldLanes(largest, kMax);
+    return bits<float>(kMax(two[0], two[1]));
+  }
+};
+
 template <class T, class Scaling>
 struct SumOfModuli {
-  static constexpr int kElements = kModuli<T>, kChains = 4;
+  static constexpr int kElements = kVectorBytes / int{sizeof(T)}, kChains = 4;
   Scaling scale;
   Vec<double, kElements> sum{};
 
   template <class... S>
   OVKS_INLINE void add(S... v) {
     sum += squareRoot(squaredModuli(scale, v...));
+  }
+  // The divider takes as long for one root as the multipliers for another.
+  template <class... S>
+  OVKS_INLINE void addOdd(S... v) {
+    sum += refinedRoot(squaredModuli(scale, v...));
   }
   OVKS_INLINE void merge(const SumOfModuli& o) { sum += o.sum; }
   OVKS_INLINE double value() const { return partsOf<double>(foldLanes(sum, kPlus)).re; }

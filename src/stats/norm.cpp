@@ -20,6 +20,11 @@ struct Inf {
   template <class T, class... S>
   OVKS_INLINE static auto of(std::ptrdiff_t n, const T* src, const S*... other) {
     if constexpr (isComplex<T>) {
+      if constexpr (std::is_same_v<T, Complex32f> && sizeof...(S) == 0) {
+        const float quick = fold(LargestModulus32(), n, src).value();
+        if (quick >= LargestModulus32::kLeast && quick <= LargestModulus32::kGreatest) [[likely]]
+          return root(double{quick});
+      }
       const auto square = [&](auto scale) {
         return fold(LargestModulus<T, decltype(scale)>{scale}, n, src, other...).value();
       };
@@ -40,7 +45,14 @@ struct L1 {
         return fold(SumOfModuli<T, decltype(scale)>{scale}, n, src, other...).value();
       };
       return inRange<Real<T>>(kLeastModulus, sum, [](double v) { return v; });
+    } else if constexpr (isInteger<T>) {
+      return total<SumOfShortMagnitudes>(n, src, other...).re;
     } else {
+      if constexpr (kAvx512 && std::is_same_v<T, float> && sizeof...(S) == 0) {
+        const double sum = total<SumOfShiftedMagnitudes>(n, src).re;
+        if (sum < SumOfShiftedMagnitudes::kLimit) [[likely]]
+          return sum;
+      }
       return total<SumOfMagnitudes<T>>(n, src, other...).re;
     }
   }

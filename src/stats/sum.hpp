@@ -10,10 +10,9 @@ namespace ovks {
 // What single-precision lanes add before double precision takes over.
 inline constexpr std::ptrdiff_t kFastBlock = 8192;
 
-// Elements of T that accumulators of W take at once. Half a vector widens without crossing lanes, which makes it more
-// than twice as quick as a whole one where whole ones are two halves inside.
-template <class T, class W>
-inline constexpr int kTaken = (sizeof(T) < sizeof(W) ? 32 : kVectorBytes) / int{sizeof(W)};
+// Elements that accumulators of W take at once: a register of them, once they are widened.
+template <class W>
+inline constexpr int kTaken = kVectorBytes / int{sizeof(W)};
 
 // An accumulator that is read and cleared after every kFastBlock elements.
 template <class A>
@@ -32,7 +31,7 @@ OVKS_INLINE V plusWidened(V total, X x) {
 // Elements of T in lanes of W's.
 template <class T, class W>
 struct LaneSum {
-  static constexpr int kElements = kTaken<T, W>, kChains = 8;
+  static constexpr int kElements = kTaken<W>, kChains = 8;
   Elements<W, kElements> sum{};
 
   OVKS_INLINE void add(Elements<T, kElements> v) { sum = plusWidened(sum, v); }
@@ -51,7 +50,7 @@ OVKS_INLINE int64_t laneTotal(V v) {
 // 16-bit integers in 32-bit lanes.
 template <class T>
 struct ShortSum {
-  static constexpr int kElements = kVectorBytes / int{sizeof(T)}, kChains = 4;
+  static constexpr int kElements = kVectorBytes / int{sizeof(T)}, kChains = kAvx512 ? 8 : 4;
   // Each step adds at most 2^16 to a lane.
   static constexpr std::ptrdiff_t kBlock = (std::ptrdiff_t{1} << 14) * kElements;
   using V = Elements<T, kElements>;

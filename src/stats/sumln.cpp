@@ -11,17 +11,16 @@ namespace {
 
 using namespace ovks;
 
-// The product of a vector's lanes, four of them left. Four factors from 32f, or eight from 16s, stay in the range of
-// double, and products of two are exact.
+// The product of a vector's lanes, a register of doubles left.
 template <class V>
-OVKS_INLINE auto productOfLanes(V v) {
-  if constexpr (lanes<V> == 4 && sizeof(Lane<V>) == 2) {
-    return convert<double>(convert<int32_t>(v));
-  } else if constexpr (lanes<V> == 4) {
-    return convert<double>(v);
-  } else {
+OVKS_INLINE Vec<double> productOfLanes(V v) {
+  if constexpr (lanes < V >> lanes<Vec<double>>) {
     const auto h = halves(v);
     return productOfLanes(h.first) * productOfLanes(h.second);
+  } else if constexpr (sizeof(Lane<V>) == 2) {
+    return convert<double>(convert<int32_t>(v));
+  } else {
+    return convert<double>(v);
   }
 }
 
@@ -37,15 +36,16 @@ struct LogTotal {
 
 // The logarithm of a product, in place of as many logarithms: mantissas are multiplied, exponents added. What each
 // multiplication rounds off is carried along, so that operands near 1, whose logarithms are small, keep their digits.
-// Operands that have no such form are told by unusual.
+// Operands that have no such form are told by unusual. Narrower ones come from two sources at once: four factors from
+// 32f, or eight from 16s, stay in the range of double, and products of two are exact.
 template <class T>
 struct LogProduct {
   static constexpr int kElements = kVectorBytes / int{sizeof(T)}, kChains = 4;
   // Mantissas lie between sqrt(1/2) and sqrt(2).
   static constexpr std::ptrdiff_t kBlock = 1024 * kElements;
   static constexpr bool kDouble = sizeof(T) == 8;
-  using V = Vec<double, kDouble ? kElements : 4>;
-  using I = Vec<int64_t, lanes<V>>;
+  using V = Vec<double>;
+  using I = Vec<int64_t>;
   using Bits = Unsigned<decltype(Vec<T, kElements>{} == Vec<T, kElements>{})>;
 
   V product = broadcast<V>(1), rest{};
@@ -54,10 +54,10 @@ struct LogProduct {
 
   OVKS_INLINE T fill() const { return 1; }
 
-  OVKS_INLINE void add(Vec<T, kElements> v) {
-    highest = kMax(highest, bits<Bits>(v) - broadcast<Bits>(kLeast));
-    if constexpr (kDouble) multiply(v);
-    else multiply(productOfLanes(v));
+  template <class... W>
+  OVKS_INLINE void add(W... v) {
+    ((highest = kMax(highest, bits<Bits>(v) - broadcast<Bits>(kLeast))), ...);
+    multiply((productOfLanes(v) * ...));
   }
 
   OVKS_INLINE void merge(const LogProduct& o) {
@@ -110,10 +110,21 @@ struct LogSum {
   OVKS_INLINE Parts<double> parts() const { return partsOf<double>(foldLanes(sum, kPlus)); }
 };
 
+template <class T>
+LogTotal quickTotal(std::ptrdiff_t n, const T* src) {
+  if constexpr (sizeof(T) == 8) {
+    return total<LogProduct<T>>(n, src);
+  } else {
+    LogTotal sum = total<LogProduct<T>>(n / 2, src, src + n / 2);
+    if (n % 2) sum.sum += total<LogSum<T>>(1, src + n - 1).re;
+    return sum;
+  }
+}
+
 template <class T, class D>
 Status sumLn(const T* pSrc, int len, D* pSum) {
   if (const Status s = check(len, pSrc, pSum)) return s;
-  const LogTotal quick = total<LogProduct<T>>(len, pSrc);
+  const LogTotal quick = quickTotal(len, pSrc);
   *pSum = static_cast<D>(quick.unusual ? total<LogSum<T>>(len, pSrc).re : quick.sum);
   return StatusOk;
 }

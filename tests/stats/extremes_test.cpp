@@ -58,9 +58,18 @@ TEST(Extremes, Scaling) {
   EXPECT_EQ(reduce(ovksNorm_L2_16s32s_Sfs, std::vector<int16_t>{0, 1}, -2000), INT32_MAX);
 }
 
-TEST(Extremes, AccuratePathsCarryDoublePrecision) {
+TEST(Extremes, PathsCarryTheirPrecision) {
   EXPECT_EQ(reduce(ovksSum_32f, std::vector<float>(10000000, 1.0f), AlgHintAccurate), 10000000.0f);
   EXPECT_EQ(reduce(ovksStdDev_32f, std::vector<float>(2, 0.1f), AlgHintNone), 0.0f);
+  // Where rounding makes n Q - S S negative.
+  for (int n = 2; n < 300; ++n) {
+    const std::vector<float> equal(static_cast<std::size_t>(n), 0.1f);
+    EXPECT_LT(reduce(ovksStdDev_32f, equal, AlgHintNone), 1e-8f) << n;
+  }
+  // The fast path leaves single precision after 8192 elements, so that ones still count.
+  std::vector<float> uneven(8192 + 65536, 1.0f);
+  std::fill_n(uneven.begin(), 8192, 0x1p24f);
+  EXPECT_EQ(reduce(ovksSum_32f, uneven, AlgHintFast), 0x1p37f + 0x1p16f);
   EXPECT_EQ(reduce(ovksStdDev_64f, std::vector<double>(12345, 0.1)), 0.0);
   std::vector<double> far(100000);
   for (std::size_t i = 0; i < far.size(); ++i) far[i] = 1e9 + static_cast<double>(i % 2);
@@ -68,6 +77,9 @@ TEST(Extremes, AccuratePathsCarryDoublePrecision) {
   // Near 1 logarithms are small, and a plain product would not tell them.
   const double x = 1 + 0x1p-40;
   EXPECT_NEAR(reduce(ovksSumLn_64f, std::vector<double>(100000, x)) / (1e5 * std::log1p(0x1p-40)), 1, 1e-14);
+  // The fastest growing products, of four elements from 32f, of single ones from 64f.
+  EXPECT_NEAR(reduce(ovksSumLn_32f64f, std::vector<float>(300000, 1.09f)) / (3e5 * std::log(double{1.09f})), 1, 1e-14);
+  EXPECT_NEAR(reduce(ovksSumLn_64f, std::vector<double>(100000, 1.41)) / (1e5 * std::log(1.41)), 1, 1e-14);
 }
 
 TEST(Extremes, SquaresOutOfRange) {
@@ -82,11 +94,16 @@ TEST(Extremes, SquaresOutOfRange) {
     EXPECT_EQ(reduce(ovksNorm_L2_64fc64f, zero), 0);
   }
   EXPECT_EQ(reduce(ovksNorm_L2_32f, std::vector<float>(100, 3e38f)), std::numeric_limits<float>::infinity());
-  EXPECT_NEAR(reduce(ovksNorm_Inf_32fc32f, std::vector<Complex32f>{{3e-42f, 4e-42f}}) / 5e-42, 1, 1e-3);
+  for (const float scale : {1e-42f, 1e-30f, 1e-18f, 1e18f, 1e30f}) {
+    const std::vector<Complex32f> z{{3 * scale, -4 * scale}, {0, 0}};
+    EXPECT_NEAR(reduce(ovksNorm_Inf_32fc32f, z) / scale, 5, scale < 1e-40f ? 1e-2 : 1e-6);
+    EXPECT_NEAR(reduce(ovksNorm_L1_32f, std::vector<float>{3 * scale, -4 * scale}) / scale, 7, 1e-6);
+  }
+  EXPECT_EQ(reduce(ovksNorm_L1_32f, std::vector<float>(100, -3e38f)), std::numeric_limits<float>::infinity());
 }
 
 TEST(Extremes, NanAndInfinity) {
-  for (const std::size_t at : {0, 17, 99}) {
+  for (const std::size_t at : {0, 9, 17, 99}) {
     std::vector<double> v(100, -1);
     v[at] = -kInf;
     EXPECT_EQ(reduce(ovksSum_64f, v), -kInf);
@@ -96,9 +113,23 @@ TEST(Extremes, NanAndInfinity) {
     EXPECT_TRUE(std::isnan(reduce(ovksNorm_Inf_64f, v)));
     EXPECT_TRUE(std::isnan(reduce(ovksNorm_L1_64f, v)));
     EXPECT_TRUE(std::isnan(reduce(ovksStdDev_64f, v)));
+    std::vector<float> f(100, -1);
+    f[at] = static_cast<float>(-kInf);
+    EXPECT_EQ(reduce(ovksNorm_L1_32f, f), kInf);
+    EXPECT_TRUE(std::isnan(reduce(ovksNormDiff_Inf_32f, f, f)));
+    f[99 - at] = static_cast<float>(kNan);
+    EXPECT_TRUE(std::isnan(reduce(ovksNorm_L1_32f, f)));
     std::vector<Complex32f> z(100, {1, 1});
+    z[at].im = static_cast<float>(kInf);
+    EXPECT_EQ(reduce(ovksNorm_Inf_32fc32f, z), kInf);
+    EXPECT_EQ(reduce(ovksNorm_L1_32fc64f, z), kInf);
+    EXPECT_TRUE(std::isnan(reduce(ovksNormDiff_Inf_32fc32f, z, z)));
     z[at].im = static_cast<float>(kNan);
     EXPECT_TRUE(std::isnan(reduce(ovksNorm_Inf_32fc32f, z)));
+    EXPECT_TRUE(std::isnan(reduce(ovksNorm_L1_32fc64f, z)));
+    std::vector<Complex32f> nearlyZero(100);
+    nearlyZero[at].re = 2;
+    EXPECT_EQ(reduce(ovksNorm_L1_32fc64f, nearlyZero), 2);
     EXPECT_TRUE(std::isnan(reduce(ovksSum_32fc, z, AlgHintFast).im));
     EXPECT_EQ(reduce(ovksSum_32fc, z, AlgHintFast).re, 100);
   }
