@@ -179,6 +179,11 @@ struct Rows {
     const Lane<V>*a = p + i * 2 * lanes<V>, *b = p + j * 2 * lanes<V>;
     return {loadHalves<V>(a, b), loadHalves<V>(a + lanes<V>, b + lanes<V>)};
   }
+  OVKS_INLINE void prefetch(std::ptrdiff_t i) const {
+    const Lane<V>* row = p + i * 2 * lanes<V>;
+    __builtin_prefetch(row, 1, 2);
+    __builtin_prefetch(row + lanes<V>, 1, 2);
+  }
   OVKS_INLINE Rows from(std::ptrdiff_t i) const { return {p + i * 2 * lanes<V>}; }
 };
 
@@ -197,6 +202,10 @@ struct SplitRows {
   }
   OVKS_INLINE ComplexHalves<V> halves(std::ptrdiff_t i, std::ptrdiff_t j) const {
     return {loadHalves<V>(re + i * lanes<V>, re + j * lanes<V>), loadHalves<V>(im + i * lanes<V>, im + j * lanes<V>)};
+  }
+  OVKS_INLINE void prefetch(std::ptrdiff_t i) const {
+    __builtin_prefetch(re + i * lanes<V>, 1, 2);
+    __builtin_prefetch(im + i * lanes<V>, 1, 2);
   }
   OVKS_INLINE SplitRows from(std::ptrdiff_t i) const { return {re + i * lanes<V>, im + i * lanes<V>}; }
 };

@@ -74,6 +74,15 @@ template <Direction D, bool scale, class V, class Twiddles, class Points>
     closeTile<D, scale, typename Points::Order>(rows.from(reverseTile<V>(bitReversal, g)), m / L, g, twiddles, dst, g * L, m, factor);
 }
 
+// The rows of two tiles: they lie too far apart for the processor to see them coming.
+template <class RowSet>
+OVKS_INLINE void prefetchPair(RowSet rows, std::ptrdiff_t step, std::ptrdiff_t g, std::ptrdiff_t r) {
+  for (int j = 0; j < lanes<typename RowSet::Vector>; ++j) {
+    rows.prefetch(r + j * step);
+    rows.prefetch(g + j * step);
+  }
+}
+
 // In place: the points dst are the rows. Tiles change places in pairs.
 template <Direction D, bool scale, class V, class Twiddles, class Points>
 [[gnu::noinline]] void closingPassInPlace(Points dst, std::ptrdiff_t m, Twiddles twiddles, const int32_t* bitReversal,
@@ -83,9 +92,14 @@ template <Direction D, bool scale, class V, class Twiddles, class Points>
   const auto rows = rowsIn<V>(dst);
   alignas(64) T scratch[2 * L * L];
   const Split<T> held = {scratch, scratch + L * L};
-  for (std::ptrdiff_t g = 0; g < m / L; ++g) {
+  const auto nextPair = [&](std::ptrdiff_t g) {
+    while (++g < m / L && reverseTile<V>(bitReversal, g) < g) {}
+    return g;
+  };
+  for (std::ptrdiff_t g = 0, next; g < m / L; g = next) {
     const std::ptrdiff_t r = reverseTile<V>(bitReversal, g);
-    if (r < g) continue;
+    next = nextPair(g);
+    if (next < m / L) prefetchPair(rows, m / L, next, reverseTile<V>(bitReversal, next));
     if (r == g) {
       closeTile<D, scale, typename Points::Order>(rows.from(g), m / L, g, twiddles, dst, g * L, m, factor);
       continue;
