@@ -78,12 +78,17 @@ template <class T>
 void convolveFew(const T* x, int64_t n, const T* taps, int tapsLen, T* y) {
   constexpr int64_t kRoom = 3 * kMostTaps;
   const int64_t past = tapsLen - 1;
-  T joint[kRoom];
+  constexpr int64_t kWhole = kVectorBytes / sizeof(T);
+  T joint[kRoom + kWhole];
   zeroElements(joint, past);
   if (n + 2 * past <= kRoom) {
+    // Whole vectors of results: a few too many take no longer.
+    const int64_t whole = (n + past + kWhole - 1) & -kWhole;
+    T results[kRoom + kWhole];
     copyElements(x, joint + past, n);
-    zeroElements(joint + past + n, past);
-    return convolveInTime(taps, tapsLen, joint + past, y, n + past);
+    zeroElements(joint + past + n, whole - n);
+    convolveInTime(taps, tapsLen, joint + past, results, whole);
+    return copyElements(results, y, n + past);
   }
   const int64_t head = past < n ? past : n;
   copyElements(x, joint + past, head);
