@@ -31,6 +31,14 @@ OVKS_INLINE auto zeros(V v) {
   else return zero;
 }
 
+// Whether any element is 0: a compare that stays in mask registers, where there are some.
+template <class D, class V>
+OVKS_INLINE bool hasZeros(V v) {
+  if constexpr (isComplex<D> || sizeof(V) < 64) return any(zeros<D>(v));
+  else if constexpr (sizeof(Lane<V>) == 4) return _mm512_cmp_ps_mask(v, V{}, _CMP_EQ_OQ) != 0;
+  else return _mm512_cmp_pd_mask(v, V{}, _CMP_EQ_OQ) != 0;
+}
+
 // c / a as c conj(a) / |a|^2.
 template <class V>
 struct ComplexQuotient {
@@ -88,6 +96,7 @@ class FloatQuotient {
   using V = Elements<D, kVectorBytes / sizeof(Work)>;
 
   OVKS_INLINE V operator()(V a, V c) {
+    if (!hasZeros<D>(a)) [[likely]] return quotient(a, c);
     const auto zero = zeros<D>(a);
     zeros_ |= zero;
     return zero ? patched(c) : quotient(zero ? broadcast<V>(1) : a, c);
