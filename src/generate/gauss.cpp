@@ -3,6 +3,7 @@
 #include "core/export.hpp"
 #include "core/log.hpp"
 #include "core/root.hpp"
+#include "generate/interleave.hpp"
 #include "generate/random.hpp"
 
 namespace {
@@ -114,14 +115,6 @@ class Polar {
       return convert<double>(__builtin_shufflevector(u, u, (2 * static_cast<int>(i) + odd)...));
     }
     (std::make_index_sequence<kPairs>{}) * broadcast<V>(0x1p-31);
-  }
-
-  template <int half>
-  static OVKS_INLINE V interleaved(V a, V b) {
-    return [&]<std::size_t... i>(std::index_sequence<i...>) {
-      return __builtin_shufflevector(a, b, (half * kPairs / 2 + static_cast<int>(i / 2 + i % 2 * kPairs))...);
-    }
-    (std::make_index_sequence<kPairs>{});
   }
 
   // Whole vectors of pairs; what is left moves to the front.
