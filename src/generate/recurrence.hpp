@@ -18,48 +18,56 @@
 
 namespace ovks {
 
+template <int chains>
 class Recurrence {
  public:
   using V = Vec<double>;
-  static constexpr int kSteps = 8, kSize = kSteps * lanes<V>;  // of a part, and of all parts together
+  static constexpr int kSteps = 8, kRows = kSteps * chains;
+  static constexpr int kSize = kRows * lanes<V>;
 
-  Recurrence() = default;
-  // Goes on after the values first and second.
-  Recurrence(double first, double second, double factor, double angle)
-      : state_{broadcast<V>(first), broadcast<V>(second)}, factor_(broadcast<V>(factor)) {
+  // The first two values of each chain.
+  Recurrence(const double (&first)[chains], const double (&second)[chains], double factor)
+      : factor_(broadcast<V>(factor)) {
+    for (int c = 0; c < chains; ++c) state_[c] = {broadcast<V>(first[c]), broadcast<V>(second[c])};
     V end;
     for (int i = 0; i < lanes<V>; ++i) end[i] = kSteps * (i + 1);
     const double gap = 2 - factor, sum = 2 + factor;
-    const V theta = broadcast<V>(angle), quarter = broadcast<V>(std::numbers::pi / 2);
+    const V theta = broadcast<V>(angle(gap)), quarter = broadcast<V>(std::numbers::pi / 2);
     fromCurrent_ = cosine((end + broadcast<V>(0.5)) * theta) * broadcast<V>(2 / std::sqrt(sum));
     fromSlope_ = cosine(end * theta - quarter) * broadcast<V>(2 / std::sqrt(std::fmax(gap, 0x1p-60) * sum));
     bend_ = broadcast<V>(-gap) * fromSlope_;
   }
 
-  // The value before the next.
-  double latest() const { return state_.before[0]; }
-
-  // The next kSize values: those of part l in lane l of rows 0, stride, 2 stride, ...
-  OVKS_INLINE void next(V* rows, int stride) {
-    State ends = guess();
+  // The next kSteps values of every part, the first values not among them: those of part l in lane l of the rows, where
+  // chains take turns.
+  OVKS_INLINE void next(V (&rows)[kRows]) {
+    State ends[chains], at[chains];
+    for (int c = 0; c < chains; ++c) ends[c] = guess(state_[c]);
     for (;;) {
-      State at{raised<1>(ends.before, state_.before), raised<1>(ends.current, state_.current)};
-#pragma GCC unroll 8
-      for (int i = 0; i < kSteps; ++i) {
-        rows[i * stride] = at.current;
-        at = {at.current, factor_ * at.current - at.before};
+      for (int c = 0; c < chains; ++c)
+        at[c] = {raised<1>(ends[c].before, state_[c].before), raised<1>(ends[c].current, state_[c].current)};
+      for (int i = 0; i < kRows; ++i) {
+        State& s = at[i % chains];
+        rows[i] = s.current;
+        s = {s.current, factor_ * s.current - s.before};
       }
-      if (same(at, ends)) break;
-      ends = corrected(ends, at);
+      bool same = true;
+      for (int c = 0; c < chains; ++c) same &= equal(at[c], ends[c]);
+      if (same) break;
+      for (int c = 0; c < chains; ++c) ends[c] = corrected(ends[c], at[c]);
     }
-    const auto last = [](int) { return lanes<V> - 1; };
-    state_ = {shuffle(ends.before, last), shuffle(ends.current, last)};
+    for (int c = 0; c < chains; ++c) state_[c] = {last(ends[c].before), last(ends[c].current)};
   }
 
  private:
   struct State {
     V before, current;  // c(k - 1), c(k)
   };
+
+  // The small angle whose cosine is 1 - gap / 2, which is a little off the one that the factor was rounded from.
+  static double angle(double gap) {
+    return std::sqrt(gap) * (1 + gap * (1. / 24 + gap * (3. / 640 + gap * (5. / 7168))));
+  }
 
   // v moved up by some lanes, below them others.
   template <int distance>
@@ -70,15 +78,21 @@ class Recurrence {
     (std::make_index_sequence<lanes<V>>{});
   }
 
+  // The last lane in every lane.
+  static OVKS_INLINE V last(V v) {
+    if constexpr (kAvx512) return bits<V>(_mm512_permutexvar_pd(_mm512_set1_epi64(lanes<V> - 1), bits<__m512d>(v)));
+    else return bits<V>(_mm256_permute4x64_pd(bits<__m256d>(v), 0xff));
+  }
+
   // The ends of the parts by the formula c(j) = c(0) cos((j + 1/2) angle) / cos(angle / 2) + slope sin(j angle) /
   // sin(angle) with slope = c(0) - c(-1).
-  OVKS_INLINE State guess() const {
-    const V c = state_.current, slope = c - state_.before;
+  OVKS_INLINE State guess(State from) const {
+    const V c = from.current, slope = c - from.before;
     const V current = fma(fromSlope_, slope, fromCurrent_ * c);
     return {current - fma(fromCurrent_ - bend_, slope, bend_ * c), current};
   }
 
-  static OVKS_INLINE bool same(State a, State b) {
+  static OVKS_INLINE bool equal(State a, State b) {
     const auto differ = (a.before != b.before) | (a.current != b.current);
     if constexpr (kAvx512) return _mm512_movepi64_mask(bits<__m512i>(differ)) == 0;
     else return _mm256_testz_si256(bits<__m256i>(differ), bits<__m256i>(differ));
@@ -102,19 +116,17 @@ class Recurrence {
     if constexpr (2 * distance < lanes<V>) sumUp<2 * distance>(value, slope);
   }
 
-  State state_;
+  State state_[chains];
   V factor_, fromCurrent_, fromSlope_, bend_;
 };
 
-// Several chains by turns from their first values on, as vectors in order.
+// The values of all chains by turns, from the first on, as vectors in order.
 template <int chains>
 class Chains {
  public:
-  explicit Chains(const Recurrence (&chain)[chains]) {
-    for (int i = 0; i < chains; ++i) {
-      chain_[i] = chain[i];
-      values_[at_ + i] = chain[i].latest();
-    }
+  Chains(const double (&first)[chains], const double (&second)[chains], double factor)
+      : recurrence_(first, second, factor) {
+    for (int c = 0; c < chains; ++c) values_[at_ + c] = first[c];
   }
 
   template <int n>
@@ -127,24 +139,20 @@ class Chains {
 
   void skip(std::ptrdiff_t n) {
     V rows[kRows];
-    for (; n > kEnd - at_ + kSize; n -= kSize) make(rows);
+    for (; n > kEnd - at_ + kSize; n -= kSize) recurrence_.next(rows);
     if (n > kEnd - at_) refill();
     at_ += static_cast<int>(n);
   }
 
  private:
-  using V = Recurrence::V;
-  static constexpr int kBefore = lanes<V>, kRows = chains * Recurrence::kSteps, kSize = kRows * lanes<V>,
+  using V = Vec<double>;
+  static constexpr int kRows = Recurrence<chains>::kRows, kSize = Recurrence<chains>::kSize, kBefore = lanes<V>,
                        kEnd = kBefore + kSize;
-
-  OVKS_INLINE void make(V* rows) {
-    for (int i = 0; i < chains; ++i) chain_[i].next(rows + i, chains);
-  }
 
   // What is left, fewer values than a vector has, stays before the new ones.
   [[gnu::noinline]] void refill() {
     V rows[kRows];
-    make(rows);
+    recurrence_.next(rows);
     store(values_, load<V>(values_ + kSize));
     at_ -= kSize;
     for (int i = 0; i < kRows; i += lanes<V>) {
@@ -153,7 +161,7 @@ class Chains {
     }
   }
 
-  Recurrence chain_[chains];
+  Recurrence<chains> recurrence_;
   alignas(64) double values_[kEnd] = {};
   int at_ = kEnd - chains;
 };

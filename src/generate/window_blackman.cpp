@@ -13,7 +13,7 @@ using namespace ovks;
 // One chain in 64f, c(k + 1) = 2 cos(theta) c(k) - c(k - 1). The rounding of every step is part of the shape.
 class SingleSteps {
  public:
-  SingleSteps(double first, double second, double factor, double)
+  SingleSteps(double first, double second, double factor)
       : factor_(factor), current_(first), following_(second) {}
 
   template <int n>
@@ -48,15 +48,15 @@ class SingleSteps {
 
 class ManySteps : public Chains<1> {
  public:
-  ManySteps(double first, double second, double factor, double angle)
-      : Chains({Recurrence(first, second, factor, angle)}) {}
+  ManySteps(double first, double second, double factor) : Chains({first}, {second}, factor) {}
 };
 
 // ((0.5 + alpha) - c) + c^2 (-4 alpha) for c = 0.5 cos(k theta), k = 0, 1, ..., c rounded to W, and the rest W's.
 template <class W, class Chain>
 class SquaredCosine : public Chain {
  public:
-  SquaredCosine(W alpha, int len) : SquaredCosine(alpha, 2 * std::numbers::pi / (len - 1)) {}
+  SquaredCosine(W alpha, int len)
+      : SquaredCosine(alpha, cosine(broadcast<Vec<double, 2>>(2 * std::numbers::pi / (len - 1)))[0]) {}
 
   template <class V>
   OVKS_INLINE V weights(V c) const {
@@ -64,9 +64,8 @@ class SquaredCosine : public Chain {
   }
 
  private:
-  SquaredCosine(W alpha, double theta) : SquaredCosine(alpha, theta, cosine(broadcast<Vec<double, 2>>(theta))[0]) {}
-  SquaredCosine(W alpha, double theta, double c)
-      : Chain(0.5, 2 * c * 0.5 - 0.5 * c, 2 * c, theta), offset_(W(0.5) + alpha), curvature_(-4 * alpha) {}
+  SquaredCosine(W alpha, double c)
+      : Chain(0.5, 2 * c * 0.5 - 0.5 * c, 2 * c), offset_(W(0.5) + alpha), curvature_(-4 * alpha) {}
 
   W offset_, curvature_;
 };

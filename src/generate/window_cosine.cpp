@@ -18,7 +18,8 @@ constexpr int kLong = 1000;
 struct TwoChains {
   using Pair = Vec<double, 2>;
 
-  TwoChains(double amplitude, int len) : theta(2 * std::numbers::pi / (len - 1)) {
+  TwoChains(double amplitude, int len) {
+    const double theta = 2 * std::numbers::pi / (len - 1);
     const Pair cosines = cosine(Pair{theta, 2 * theta});
     const double twice = 2 * cosines[0];
     const double c0 = amplitude, c1 = twice * c0 - amplitude * cosines[0], c2 = twice * c1 - c0, c3 = twice * c2 - c1;
@@ -27,9 +28,7 @@ struct TwoChains {
     factor = 2 * cosines[1];
   }
 
-  Recurrence chain(int i) const { return {first[i], second[i], factor, 2 * theta}; }
-
-  double theta, factor;
+  double factor;
   Pair first, second;
 };
 
@@ -67,7 +66,9 @@ class ByPairs : public Direct {
 // The same, many values at a time.
 class ByParts : public Direct {
  public:
-  ByParts(double offset, const TwoChains& chains) : offset_(offset), chains_({chains.chain(0), chains.chain(1)}) {}
+  ByParts(double offset, const TwoChains& chains)
+      : offset_(offset),
+        chains_({chains.first[0], chains.first[1]}, {chains.second[0], chains.second[1]}, chains.factor) {}
 
   template <int n>
   OVKS_INLINE Vec<double, n> next() {
