@@ -10,10 +10,6 @@
 // were found. Otherwise all is done again; each time at least one part more is right.
 #pragma once
 
-#include <cmath>
-#include <numbers>
-
-#include "core/cos.hpp"
 #include "generate/interleave.hpp"
 
 namespace ovks {
@@ -25,38 +21,56 @@ class Recurrence {
   static constexpr int kSteps = 8, kRows = kSteps * chains;
   static constexpr int kSize = kRows * lanes<V>;
 
-  // The first two values of each chain.
+  // The first two values of each chain. The angle of a whole block is to be below 1.
   Recurrence(const double (&first)[chains], const double (&second)[chains], double factor)
       : factor_(broadcast<V>(factor)) {
-    for (int c = 0; c < chains; ++c) state_[c] = {broadcast<V>(first[c]), broadcast<V>(second[c])};
-    V end;
+    // Chebyshev's polynomials of the angle's cosine, in powers of the small 2 - factor.
+    const V gap = broadcast<V>(2 - factor), one = broadcast<V>(1);
+    V end, cosines = one, sines = one;
     for (int i = 0; i < lanes<V>; ++i) end[i] = kSteps * (i + 1);
-    const double gap = 2 - factor, sum = 2 + factor;
-    const V theta = broadcast<V>(angle(gap)), quarter = broadcast<V>(std::numbers::pi / 2);
-    fromCurrent_ = cosine((end + broadcast<V>(0.5)) * theta) * broadcast<V>(2 / std::sqrt(sum));
-    fromSlope_ = cosine(end * theta - quarter) * broadcast<V>(2 / std::sqrt(std::fmax(gap, 0x1p-60) * sum));
-    bend_ = broadcast<V>(-gap) * fromSlope_;
+    const V square = gap * (end * end), rectangle = square + gap * end;
+    for (int i = 8; i > 0; --i) {
+      const double even = 1. / (2 * i * (2 * i - 1)), odd = 1. / (2 * i * (2 * i + 1));
+      cosines = one - (rectangle - gap * broadcast<V>(i * (i - 1))) * broadcast<V>(even) * cosines;
+      sines = one - (square - gap * broadcast<V>(i * i)) * broadcast<V>(odd) * sines;
+    }
+    fromCurrent_ = cosines;
+    fromSlope_ = end * sines;
+    bend_ = -gap * fromSlope_;
+    for (int c = 0; c < chains; ++c) {
+      state_[c] = {broadcast<V>(first[c]), broadcast<V>(second[c])};
+      ends_[c] = guess(state_[c]);
+    }
   }
 
   // The next kSteps values of every part, the first values not among them: those of part l in lane l of the rows, where
-  // chains take turns.
+  // chains take turns. The next block's parts run beside them from their guessed starts.
   OVKS_INLINE void next(V (&rows)[kRows]) {
-    State ends[chains], at[chains];
-    for (int c = 0; c < chains; ++c) ends[c] = guess(state_[c]);
     for (;;) {
-      for (int c = 0; c < chains; ++c)
-        at[c] = {raised<1>(ends[c].before, state_[c].before), raised<1>(ends[c].current, state_[c].current)};
+      State after[chains], ahead[chains], at[chains], beside[chains];
+      for (int c = 0; c < chains; ++c) {
+        after[c] = {last(ends_[c].before), last(ends_[c].current)};
+        ahead[c] = guess(after[c]);
+        at[c] = starts(ends_[c], state_[c]);
+        beside[c] = starts(ahead[c], after[c]);
+      }
       for (int i = 0; i < kRows; ++i) {
-        State& s = at[i % chains];
-        rows[i] = s.current;
-        s = {s.current, factor_ * s.current - s.before};
+        const int c = i % chains;
+        rows[i] = at[c].current;
+        at[c] = step(at[c]);
+        beside[c] = step(beside[c]);
       }
       bool same = true;
-      for (int c = 0; c < chains; ++c) same &= equal(at[c], ends[c]);
-      if (same) break;
-      for (int c = 0; c < chains; ++c) ends[c] = corrected(ends[c], at[c]);
+      for (int c = 0; c < chains; ++c) same &= equal(at[c], ends_[c]);
+      if (same) [[likely]] {
+        for (int c = 0; c < chains; ++c) {
+          state_[c] = after[c];
+          ends_[c] = corrected(ahead[c], beside[c]);
+        }
+        return;
+      }
+      for (int c = 0; c < chains; ++c) ends_[c] = corrected(ends_[c], at[c]);
     }
-    for (int c = 0; c < chains; ++c) state_[c] = {last(ends[c].before), last(ends[c].current)};
   }
 
  private:
@@ -64,9 +78,11 @@ class Recurrence {
     V before, current;  // c(k - 1), c(k)
   };
 
-  // The small angle whose cosine is 1 - gap / 2, which is a little off the one that the factor was rounded from.
-  static double angle(double gap) {
-    return std::sqrt(gap) * (1 + gap * (1. / 24 + gap * (3. / 640 + gap * (5. / 7168))));
+  OVKS_INLINE State step(State s) const { return {s.current, factor_ * s.current - s.before}; }
+
+  // Every part starts where the one before it ended, the first from the state.
+  static OVKS_INLINE State starts(State ends, State first) {
+    return {raised<1>(ends.before, first.before), raised<1>(ends.current, first.current)};
   }
 
   // v moved up by some lanes, below them others.
@@ -116,7 +132,7 @@ class Recurrence {
     if constexpr (2 * distance < lanes<V>) sumUp<2 * distance>(value, slope);
   }
 
-  State state_[chains];
+  State state_[chains], ends_[chains];  // the start of the next block, and the ends of its parts, perhaps not quite
   V factor_, fromCurrent_, fromSlope_, bend_;
 };
 
