@@ -60,9 +60,9 @@ class Recurrence {
         at[c] = step(at[c]);
         beside[c] = step(beside[c]);
       }
-      bool same = true;
-      for (int c = 0; c < chains; ++c) same &= equal(at[c], ends_[c]);
-      if (same) [[likely]] {
+      int wrong = 0;
+      for (int c = 0; c < chains; ++c) wrong |= difference(at[c], ends_[c]);
+      if (wrong == 0) [[likely]] {
         for (int c = 0; c < chains; ++c) {
           state_[c] = after[c];
           ends_[c] = corrected(ahead[c], beside[c]);
@@ -108,28 +108,35 @@ class Recurrence {
     return {current - fma(fromCurrent_ - bend_, slope, bend_ * c), current};
   }
 
-  static OVKS_INLINE bool equal(State a, State b) {
-    const auto differ = (a.before != b.before) | (a.current != b.current);
-    if constexpr (kAvx512) return _mm512_movepi64_mask(bits<__m512i>(differ)) == 0;
-    else return _mm256_testz_si256(bits<__m256i>(differ), bits<__m256i>(differ));
+  // The lanes in which two states differ.
+  static OVKS_INLINE int difference(State a, State b) {
+    if constexpr (kAvx512) {
+      return _mm512_cmpneq_pd_mask(bits<__m512d>(a.before), bits<__m512d>(b.before)) |
+             _mm512_cmpneq_pd_mask(bits<__m512d>(a.current), bits<__m512d>(b.current));
+    } else {
+      const auto differ = (a.before != b.before) | (a.current != b.current);
+      return _mm256_movemask_pd(bits<__m256d>(differ));
+    }
   }
 
-  // The ends of parts that ran from wrong ends of the parts before them. With (value, slope) the error of a start, that
-  // of its end is (value + kSteps slope, slope).
+  // The ends of parts that ran from wrong ends of the parts before them. The error (value, slope) of a start has grown to
+  // value + kSteps slope at the part's end, and by kSteps slope in every part from there.
   static OVKS_INLINE State corrected(State started, State ran) {
-    V value = ran.current - started.current, slope = value - (ran.before - started.before);
-    sumUp<1>(value, slope);
-    const V slopes = raised<1>(slope, V{}), values = fma(slopes, broadcast<V>(kSteps), raised<1>(value, V{}));
+    V part;
+    for (int i = 0; i < lanes<V>; ++i) part[i] = kSteps * i;
+    const V value = ran.current - started.current, slope = value - (ran.before - started.before);
+    const V slopes = sumsBelow<1>(raised<1>(slope, V{}));
+    const V atZero = sumsBelow<1>(raised<1>(fma(-part, slope, value), V{}));
+    const V values = fma(slopes, part, atZero);
     return {ran.before + (values - slopes), ran.current + values};
   }
 
-  // To each lane's error what those below have grown to.
+  // Each lane with all those below it.
   template <int distance>
-  static OVKS_INLINE void sumUp(V& value, V& slope) {
-    const V slopes = raised<distance>(slope, V{});
-    value = fma(slopes, broadcast<V>(distance * kSteps), value + raised<distance>(value, V{}));
-    slope += slopes;
-    if constexpr (2 * distance < lanes<V>) sumUp<2 * distance>(value, slope);
+  static OVKS_INLINE V sumsBelow(V v) {
+    const V sums = v + raised<distance>(v, V{});
+    if constexpr (2 * distance < lanes<V>) return sumsBelow<2 * distance>(sums);
+    else return sums;
   }
 
   State state_[chains], ends_[chains];  // the start of the next block, and the ends of its parts, perhaps not quite
@@ -142,6 +149,7 @@ class Chains {
  public:
   Chains(const double (&first)[chains], const double (&second)[chains], double factor)
       : recurrence_(first, second, factor) {
+    store(values_ + kSize, V{});
     for (int c = 0; c < chains; ++c) values_[at_ + c] = first[c];
   }
 
@@ -178,7 +186,7 @@ class Chains {
   }
 
   Recurrence<chains> recurrence_;
-  alignas(64) double values_[kEnd] = {};
+  alignas(64) double values_[kEnd];
   int at_ = kEnd - chains;
 };
 

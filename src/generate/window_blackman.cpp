@@ -46,8 +46,7 @@ class SingleSteps {
   double factor_, current_, following_;
 };
 
-class ManySteps : public Chains<1> {
- public:
+struct ManySteps : Chains<1> {
   ManySteps(double first, double second, double factor) : Chains({first}, {second}, factor) {}
 };
 
@@ -73,9 +72,10 @@ class SquaredCosine : public Chain {
 // Weights k = 0 .. len - 1, four at a time, go to elements k and then to their mirror images; an element keeps its
 // later write. Below the centre those are the weights of the other half, whose chain runs on from the first half's. The
 // four that hold the centre write both an element and its image, and there the image comes later.
-template <class Shape, class T>
-void apply(const Windowing<T>& windowing, Shape shape) {
+template <class Chain, class T>
+void apply(const Windowing<T>& windowing, Alpha<T> alpha) {
   constexpr int kGroup = 4;
+  SquaredCosine<Weight<T>, Chain> shape(alpha, static_cast<int>(windowing.n));
   const std::ptrdiff_t last = windowing.n - 1, centre = last / 2 / kGroup * kGroup;
   shape.skip(centre);
   const auto weights = shape.weights(nextValues<Weight<T>, kGroup>(shape));
@@ -92,7 +92,7 @@ void apply(const Windowing<T>& windowing, Shape shape) {
 }
 
 // From here on many steps at once are faster than one after the other.
-constexpr int kLong = 500;
+constexpr int kLong = 250;
 
 struct Blackman {
   template <class T>
@@ -105,8 +105,8 @@ struct Blackman {
       windowing.zero(2);
     } else {
       [[maybe_unused]] const detail::Control<T> control;
-      if (len < kLong) apply(windowing, SquaredCosine<Weight<T>, SingleSteps>(alpha, len));
-      else apply(windowing, SquaredCosine<Weight<T>, ManySteps>(alpha, len));
+      if (len < kLong) apply<SingleSteps>(windowing, alpha);
+      else apply<ManySteps>(windowing, alpha);
     }
     return StatusOk;
   }

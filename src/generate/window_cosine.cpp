@@ -11,7 +11,7 @@ namespace {
 using namespace ovks;
 
 // From here on many steps at once are faster than one after the other.
-constexpr int kLong = 1000;
+constexpr int kLong = kAvx512 ? 1000 : 4000;
 
 // The starts of two interleaved chains of amplitude cos(k theta), of even and of odd k:
 // c(k + 4) = 2 cos(2 theta) c(k + 2) - c(k). The rounding of every step is part of the shape.
@@ -81,7 +81,8 @@ class ByParts : public Direct {
 };
 
 template <class Shape, class T>
-void applyPairs(const Windowing<T>& windowing, Shape shape) {
+void applyPairs(const Windowing<T>& windowing, double offset, const TwoChains& chains) {
+  Shape shape(offset, chains);
   windowing.pairs(shape, 0, windowing.n / 2);
 }
 
@@ -90,8 +91,8 @@ Status apply(double offset, double amplitude, const T* pSrc, T* pDst, int len) {
   [[maybe_unused]] const detail::Control<T> control;
   const Windowing<T> windowing{pSrc, pDst, len};
   const TwoChains chains(amplitude, len);
-  if (len < kLong) applyPairs(windowing, ByPairs(offset, chains));
-  else applyPairs(windowing, ByParts(offset, chains));
+  if (len < kLong) applyPairs<ByPairs>(windowing, offset, chains);
+  else applyPairs<ByParts>(windowing, offset, chains);
   if (len % 2) windowing.copy(len / 2);
   return StatusOk;
 }
