@@ -123,10 +123,14 @@ class Polar {
     T* dst = dst_;
     std::ptrdiff_t left = left_;
     int i = 0;
+    // Logarithms first: in one loop with what follows, too few of these long chains would run at a time.
+    double logs[kRoom + 2 * kPairs];
     for (; i + kPairs <= waiting_; i += kPairs) {
-      const V s = load<V>(squares_ + i);
-      const Scientific<V> parts(s);
-      const V f = squareRoot(broadcast<V>(-2) * logOfParts(parts.mantissa, parts.exponent()) / s);
+      const Scientific<V> parts(load<V>(squares_ + i));
+      store(logs + i, logOfParts(parts.mantissa, parts.exponent()));
+    }
+    for (i = 0; i + kPairs <= waiting_; i += kPairs) {
+      const V f = squareRoot(broadcast<V>(-2) * load<V>(logs + i) / load<V>(squares_ + i));
       const V z1 = load<V>(first_ + i) * f, z2 = load<V>(second_ + i) * f;
       const int n = left < 2 * kPairs ? static_cast<int>(left) : 2 * kPairs;
       if (n < 2 * kPairs && keeps_) kept_ = z2[n / 2];
