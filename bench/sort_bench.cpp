@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Sorts beside their peers. Each call gets the next of many random inputs, so that nobody learns its branches by heart;
-// the copy that brings it is part of every row, and is the row's limit.
+// the copy that brings it is part of every row, and is the row's limit. With --patterns or --sweep: a series of its own.
 #include <ovks.h>
 
 #include <algorithm>
@@ -12,6 +12,7 @@
 #include <type_traits>
 #include <vector>
 
+#include "sort_series.hpp"
 #include "support/report.hpp"
 
 #ifdef OVKS_HAVE_HWY
@@ -142,6 +143,9 @@ void rows(const char* type, int n, Status (*sort)(T*, int), Status (*index)(T*, 
 }  // namespace
 
 int main(int argc, char** argv) {
+  const std::string series = argc > 1 ? argv[1] : "";
+  if (series == "--patterns") return sortPatterns(), 0;
+  if (series == "--sweep") return sortSweep(), 0;
   for (const int n : {10, 100, 1000, 100000, 1000000}) {
     rows("8u", n, ovksSortAscend_8u_I, ovksSortIndexAscend_8u_I, ovksSortRadixAscend_8u_I, ovksSortRadixIndexAscend_8u);
     rows("16s", n, ovksSortAscend_16s_I, ovksSortIndexAscend_16s_I, ovksSortRadixAscend_16s_I,
