@@ -85,6 +85,15 @@ template <int R, int L, class K>
   unroll<R>([&](auto r) __attribute__((always_inline)) { storeRow<V>(p, rankOf<R, L>(r), n, out.element(v[r])); });
 }
 
+// What one vector holds, narrow keys widened.
+template <class C, class K>
+[[gnu::noinline]] void sortVector(K* p, std::ptrdiff_t n, const Order<K>& in, const Order<K>& out) {
+  using Stored = Vec<K, lanes<Vec<C>>>;
+  constexpr K last = static_cast<K>(std::make_unsigned_t<K>(-1) >> 1);
+  const Stored key = in.key(loadPart<Stored>(p, n, in.element(broadcast<Stored>(last))));
+  storePart(p, out.element(resize<Stored>(sortLanes(resize<Vec<C>>(key)))), n);
+}
+
 // What the registers hold, or nearly: some of AVX2's sixteen rows of bytes wait in memory.
 template <class K>
 inline constexpr std::ptrdiff_t kBlock = sizeof(K) < 4    ? 256
@@ -99,6 +108,10 @@ void sortWidened(K* p, std::ptrdiff_t n, const Order<K>& in, const Order<K>& out
 template <class K>
 OVKS_INLINE void sortShort(K* p, std::ptrdiff_t n, const Order<K>& in, const Order<K>& out) {
   constexpr bool narrow = sizeof(K)<4, native = sizeof(K)> 1;
+  if constexpr (kAvx512) {
+    using C = std::conditional_t<narrow, int32_t, K>;
+    if (n <= lanes<Vec<C>>) return sortVector<C>(p, n, in, out);
+  }
   if constexpr (narrow) {
     if (n <= 32) return sortWidened<int32_t, 32>(p, n, in, out);
   } else {

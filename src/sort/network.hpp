@@ -54,6 +54,28 @@ OVKS_INLINE V swapLanes(V v) {
   return shuffle(v, [](int i) { return i ^ mask; });
 }
 
+// Each lane with the one at its number ^ mask: the smaller key goes where `bit` is clear.
+template <int mask, int bit, class V>
+OVKS_INLINE V exchangeLanes(V v) {
+  V partner = swapLanes<mask>(v);
+  exchange(v, partner);
+  return pick(v, partner, [](int i) { return i & bit ? i + lanes<V> : i; });
+}
+
+// Sorts the lanes of one vector, as bitonic sequences of twice the length each time.
+template <class V>
+OVKS_INLINE V sortLanes(V v) {
+  unroll<__builtin_ctz(lanes<V>)>([&](auto k) __attribute__((always_inline)) {
+    constexpr int width = 1 << k;
+    v = exchangeLanes<2 * width - 1, width>(v);
+    unroll<k>([&](auto j) __attribute__((always_inline)) {
+      constexpr int distance = width >> (j + 1);
+      v = exchangeLanes<distance, distance>(v);
+    });
+  });
+  return v;
+}
+
 namespace detail {
 
 // Batcher's odd-even merge sort of n values, as pairs in order.
