@@ -85,13 +85,24 @@ template <int R, int L, class K>
   unroll<R>([&](auto r) __attribute__((always_inline)) { storeRow<V>(p, rankOf<R, L>(r), n, out.element(v[r])); });
 }
 
-// What one vector holds, narrow keys widened.
-template <class C, class K>
-[[gnu::noinline]] void sortVector(K* p, std::ptrdiff_t n, const Order<K>& in, const Order<K>& out) {
-  using Stored = Vec<K, lanes<Vec<C>>>;
-  constexpr K last = static_cast<K>(std::make_unsigned_t<K>(-1) >> 1);
-  const Stored key = in.key(loadPart<Stored>(p, n, in.element(broadcast<Stored>(last))));
-  storePart(p, out.element(resize<Stored>(sortLanes(resize<Vec<C>>(key)))), n);
+// What one vector or two of C's hold, narrow keys widened: fewer operations than a block of such short rows.
+template <class C, int vectors, class K>
+[[gnu::noinline]] void sortInLanes(K* p, std::ptrdiff_t n, const Order<K>& in, const Order<K>& out) {
+  constexpr int L = lanes<Vec<C>>, last = (vectors - 1) * L;
+  using Stored = Vec<K, L>;
+  constexpr K most = static_cast<K>(std::make_unsigned_t<K>(-1) >> 1);
+  const Stored rest = in.element(broadcast<Stored>(most));
+  const auto key = [&](Stored x) { return resize<Vec<C>>(in.key(x)); };
+  const auto element = [&](Vec<C> v) { return out.element(resize<Stored>(v)); };
+  Vec<C> v[vectors];
+  if constexpr (vectors == 2) v[0] = key(load<Stored>(p));
+  v[vectors - 1] = key(loadRow<Stored>(p, last, n, rest));
+  sortLanes(v);
+  if constexpr (vectors == 2) {
+    mergePair(v[0], v[1]);
+    store(p, element(v[0]));
+  }
+  storeRow<Stored>(p, last, n, element(v[vectors - 1]));
 }
 
 // What the registers hold, or nearly: some of AVX2's sixteen rows of bytes wait in memory.
@@ -108,9 +119,11 @@ void sortWidened(K* p, std::ptrdiff_t n, const Order<K>& in, const Order<K>& out
 template <class K>
 OVKS_INLINE void sortShort(K* p, std::ptrdiff_t n, const Order<K>& in, const Order<K>& out) {
   constexpr bool narrow = sizeof(K)<4, native = sizeof(K)> 1;
-  if constexpr (kAvx512) {
+  if constexpr (kAvx512 && native) {
     using C = std::conditional_t<narrow, int32_t, K>;
-    if (n <= lanes<Vec<C>>) return sortVector<C>(p, n, in, out);
+    constexpr std::ptrdiff_t L = lanes<Vec<C>>;
+    if (n <= L) return sortInLanes<C, 1>(p, n, in, out);
+    if (L == 16 && n <= 2 * L) return sortInLanes<C, 2>(p, n, in, out);
   }
   if constexpr (narrow) {
     if (n <= 32) return sortWidened<int32_t, 32>(p, n, in, out);
