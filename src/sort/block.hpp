@@ -35,7 +35,8 @@ OVKS_INLINE V loadRow(const Lane<V>* p, int from, std::ptrdiff_t n, V rest) {
   if constexpr (kAvx512) {
     constexpr int size = sizeof(Lane<V>), bytes = sizeof(V);
     const unsigned m = detail::lanesBelow<lanes<V>>(n, from);
-    if constexpr (size == 2 && bytes == 16) return bits<V>(_mm_mask_loadu_epi16(bits<__m128i>(rest), m, p));
+    if constexpr (size == 1) return bits<V>(_mm_mask_loadu_epi8(bits<__m128i>(rest), m, p));
+    else if constexpr (size == 2 && bytes == 16) return bits<V>(_mm_mask_loadu_epi16(bits<__m128i>(rest), m, p));
     else if constexpr (size == 2) return bits<V>(_mm256_mask_loadu_epi16(bits<__m256i>(rest), m, p));
     else if constexpr (size == 4 && bytes == 16) return bits<V>(_mm_mask_loadu_epi32(bits<__m128i>(rest), m, p));
     else if constexpr (size == 4 && bytes == 32) return bits<V>(_mm256_mask_loadu_epi32(bits<__m256i>(rest), m, p));
@@ -59,7 +60,8 @@ OVKS_INLINE void storeRow(Lane<V>* p, int from, std::ptrdiff_t n, V v) {
     const unsigned m = detail::lanesBelow<lanes<V>>(n, from);
     // gcc would make an extraction from a longer vector and this store one instruction, which faults under its mask.
     asm("" : "+v"(v));
-    if constexpr (size == 2 && bytes == 16) _mm_mask_storeu_epi16(p, m, bits<__m128i>(v));
+    if constexpr (size == 1) _mm_mask_storeu_epi8(p, m, bits<__m128i>(v));
+    else if constexpr (size == 2 && bytes == 16) _mm_mask_storeu_epi16(p, m, bits<__m128i>(v));
     else if constexpr (size == 2) _mm256_mask_storeu_epi16(p, m, bits<__m256i>(v));
     else if constexpr (size == 4 && bytes == 16) _mm_mask_storeu_epi32(p, m, bits<__m128i>(v));
     else if constexpr (size == 4 && bytes == 32) _mm256_mask_storeu_epi32(p, m, bits<__m256i>(v));
@@ -119,7 +121,7 @@ void sortWidened(K* p, std::ptrdiff_t n, const Order<K>& in, const Order<K>& out
 template <class K>
 OVKS_INLINE void sortShort(K* p, std::ptrdiff_t n, const Order<K>& in, const Order<K>& out) {
   constexpr bool narrow = sizeof(K)<4, native = sizeof(K)> 1;
-  if constexpr (kAvx512 && native) {
+  if constexpr (kAvx512) {
     using C = std::conditional_t<narrow, int32_t, K>;
     constexpr std::ptrdiff_t L = lanes<Vec<C>>;
     if (n <= L) return sortInLanes<C, 1>(p, n, in, out);
