@@ -148,8 +148,7 @@ void sortPatterns() {
 void sortSweep() {
   std::printf("row,elements,ns_per_element\n");
   forAllSorts([]<class T>(const Sort<T>& sort) {
-    for (double length = 2; length <= 1e7; length *= std::min(1.25, 1 + 1 / length + 0.06)) {
-      const int n = static_cast<int>(length);
+    for (int n = 2; n <= 10000000; n = std::max(n + 1, n + n / 8)) {
       const auto many = static_cast<std::size_t>(std::max(n, 1 << 16));
       std::printf("%s,%d,%.4f\n", sort.name.c_str(), n, nanoseconds(sort.call, randomElements<T>(many), n));
     }
