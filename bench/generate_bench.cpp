@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Windows and generators beside their peers. The limit of windows from recurrences is the recurrence alone.
+// Windows and generators beside their peers. Those of windows from recurrences are the recurrence alone, a step after the
+// other, and functions of one weight.
 #include <ovks.h>
 
 #include <cmath>
@@ -9,6 +10,11 @@
 
 #include "support/report.hpp"
 
+#ifdef OVKS_HAVE_LIQUID
+#include <complex>
+
+#include <liquid/liquid.h>
+#endif
 #ifdef OVKS_HAVE_GSL
 #include <gsl/gsl_randist.h>
 #include <gsl/gsl_rng.h>
@@ -40,16 +46,16 @@ void windowRows(int n) {
   const float alpha = 2 * 8.6f / static_cast<float>(n - 1);
   const double m = 2 * std::cos(2 * M_PI / (n - 1));
   bench::add("WinHann_32f", n, "ovks", [=] { ovksWinHann_32f(v->a.data(), v->b.data(), n); });
-  bench::add("WinHann_32f", n, "limit", [=] { recurrence(n / 4, m); });
+  bench::add("WinHann_32f", n, "single steps", [=] { recurrence(n / 4, m); });
   bench::add("WinHann_32f", n, "cos", [=] {
     for (int i = 0; i < n; ++i) v->b[i] = v->a[i] * (0.5f - 0.5f * std::cos(2 * float(M_PI) * i / (n - 1)));
   });
   bench::add("WinHann_16s", n, "ovks", [=] { ovksWinHann_16s(v->s.data(), v->t.data(), n); });
-  bench::add("WinHann_16s", n, "limit", [=] { recurrence(n / 4, m); });
+  bench::add("WinHann_16s", n, "single steps", [=] { recurrence(n / 4, m); });
   bench::add("WinHann_64f", n, "ovks", [=] { ovksWinHann_64f(v->c.data(), v->d.data(), n); });
-  bench::add("WinHann_64f", n, "limit", [=] { recurrence(n / 4, m); });
+  bench::add("WinHann_64f", n, "single steps", [=] { recurrence(n / 4, m); });
   bench::add("WinBlackmanStd_32f", n, "ovks", [=] { ovksWinBlackmanStd_32f(v->a.data(), v->b.data(), n); });
-  bench::add("WinBlackmanStd_32f", n, "limit", [=] { recurrence(n, m); });
+  bench::add("WinBlackmanStd_32f", n, "single steps", [=] { recurrence(n, m); });
   bench::add("WinKaiser_32f", n, "ovks", [=] { ovksWinKaiser_32f(v->a.data(), v->b.data(), n, alpha); });
   bench::add("WinKaiser_32f", n, "cyl_bessel_i", [=] {
     for (int i = 0; i < n; ++i) {
@@ -58,6 +64,18 @@ void windowRows(int n) {
     }
   });
   bench::add("WinBartlett_32f", n, "ovks", [=] { ovksWinBartlett_32f(v->a.data(), v->b.data(), n); });
+#ifdef OVKS_HAVE_LIQUID
+  const auto length = static_cast<unsigned>(n);
+  bench::add("WinHann_32f", n, "liquid", [=] {
+    for (unsigned i = 0; i < length; ++i) v->b[i] = v->a[i] * liquid_hann(i, length);
+  });
+  bench::add("WinKaiser_32f", n, "liquid", [=] {
+    for (unsigned i = 0; i < length; ++i) v->b[i] = v->a[i] * liquid_kaiser(i, length, 8.6f);
+  });
+  bench::add("WinBartlett_32f", n, "liquid", [=] {
+    for (unsigned i = 0; i < length; ++i) v->b[i] = v->a[i] * liquid_triangular(i, length, length - 1);
+  });
+#endif
 }
 
 // A generator's state and the call on it.

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Sorts beside their peers. Each call gets the next of many random inputs, so that nobody learns its branches by heart;
-// the copy that brings it is part of every row, and is the row's limit.
+// the copy that brings it is part of every row, and is the row's limit. With --patterns or --sweep: a series of its own.
 #include <ovks.h>
 
 #include <algorithm>
@@ -12,6 +12,7 @@
 #include <type_traits>
 #include <vector>
 
+#include "sort_series.hpp"
 #include "support/report.hpp"
 
 #ifdef OVKS_HAVE_HWY
@@ -38,7 +39,12 @@ template <class T>
 class Inputs {
  public:
   explicit Inputs(int n)
-      : n_(n), next_(0), master_(static_cast<std::size_t>(std::max(n, 1 << 16) / n * n)), v_(n), index_(n) {
+      : n_(n),
+        batch_(static_cast<std::size_t>(std::max(1, 4096 / n))),
+        stride_((static_cast<std::size_t>(n) * sizeof(T) + 63) / 64 * 64 / sizeof(T)),
+        master_(static_cast<std::size_t>(std::max(n, 1 << 16) / n * n)),
+        v_(batch_ * stride_),
+        index_(n) {
     std::mt19937_64 random(7);
     for (T& x : master_) {
       if constexpr (std::is_floating_point_v<T>) x = static_cast<T>(std::normal_distribution<double>()(random));
@@ -49,10 +55,17 @@ class Inputs {
     buffer_.resize(static_cast<std::size_t>(size));
   }
 
+  // Short inputs come many at a time, each in lines of its own: what was written just before is slow to read.
   T* take() {
-    std::memcpy(v_.data(), &master_[next_], v_.size() * sizeof(T));
-    next_ = (next_ + v_.size()) % master_.size();
-    return v_.data();
+    const auto n = static_cast<std::size_t>(n_);
+    if (taken_ == batch_) {
+      for (taken_ = 0; taken_ < batch_; ++taken_) {
+        std::memcpy(&v_[taken_ * stride_], &master_[next_], n * sizeof(T));
+        next_ = (next_ + n) % master_.size();
+      }
+      taken_ = 0;
+    }
+    return &v_[taken_++ * stride_];
   }
   int length() const { return n_; }
   int32_t* index() { return index_.data(); }
@@ -65,7 +78,7 @@ class Inputs {
   }
 
   int n_;
-  std::size_t next_;
+  std::size_t batch_, stride_, taken_ = batch_, next_ = 0;
   std::vector<T> master_, v_;
   std::vector<int32_t> index_;
   std::vector<uint8_t> buffer_;
@@ -142,6 +155,9 @@ void rows(const char* type, int n, Status (*sort)(T*, int), Status (*index)(T*, 
 }  // namespace
 
 int main(int argc, char** argv) {
+  const std::string series = argc > 1 ? argv[1] : "";
+  if (series == "--patterns") return sortPatterns(), 0;
+  if (series == "--sweep") return sortSweep(), 0;
   for (const int n : {10, 100, 1000, 100000, 1000000}) {
     rows("8u", n, ovksSortAscend_8u_I, ovksSortIndexAscend_8u_I, ovksSortRadixAscend_8u_I, ovksSortRadixIndexAscend_8u);
     rows("16s", n, ovksSortAscend_16s_I, ovksSortIndexAscend_16s_I, ovksSortRadixAscend_16s_I,

@@ -3,6 +3,7 @@
 #include "core/export.hpp"
 #include "core/log.hpp"
 #include "core/root.hpp"
+#include "generate/interleave.hpp"
 #include "generate/random.hpp"
 
 namespace {
@@ -116,24 +117,20 @@ class Polar {
     (std::make_index_sequence<kPairs>{}) * broadcast<V>(0x1p-31);
   }
 
-  template <int half>
-  static OVKS_INLINE V interleaved(V a, V b) {
-    return [&]<std::size_t... i>(std::index_sequence<i...>) {
-      return __builtin_shufflevector(a, b, (half * kPairs / 2 + static_cast<int>(i / 2 + i % 2 * kPairs))...);
-    }
-    (std::make_index_sequence<kPairs>{});
-  }
-
   // Whole vectors of pairs; what is left moves to the front.
   [[gnu::noinline]] void finish() {
     const V mean = mean_, stdDev = stdDev_;
     T* dst = dst_;
     std::ptrdiff_t left = left_;
     int i = 0;
+    // Logarithms first: in one loop with what follows, too few of these long chains would run at a time.
+    double logs[kRoom + 2 * kPairs];
     for (; i + kPairs <= waiting_; i += kPairs) {
-      const V s = load<V>(squares_ + i);
-      const Scientific<V> parts(s);
-      const V f = squareRoot(broadcast<V>(-2) * logOfParts(parts.mantissa, parts.exponent()) / s);
+      const Scientific<V> parts(load<V>(squares_ + i));
+      store(logs + i, logOfParts(parts.mantissa, parts.exponent()));
+    }
+    for (i = 0; i + kPairs <= waiting_; i += kPairs) {
+      const V f = squareRoot(broadcast<V>(-2) * load<V>(logs + i) / load<V>(squares_ + i));
       const V z1 = load<V>(first_ + i) * f, z2 = load<V>(second_ + i) * f;
       const int n = left < 2 * kPairs ? static_cast<int>(left) : 2 * kPairs;
       if (n < 2 * kPairs && keeps_) kept_ = z2[n / 2];

@@ -2,6 +2,7 @@
 // Blackman windows: alpha given, standard, or optimal for the length.
 #include "core/cos.hpp"
 #include "core/export.hpp"
+#include "generate/recurrence.hpp"
 #include "generate/window.hpp"
 #include "ovks/generate.h"
 
@@ -9,18 +10,11 @@ namespace {
 
 using namespace ovks;
 
-// ((0.5 + alpha) - c) + c^2 (-4 alpha) for c = 0.5 cos(k theta), k = 0, 1, ... The cosines come from one chain in 64f,
-// c(k + 1) = 2 cos(theta) c(k) - c(k - 1), are rounded to W, and the rest is W's. Every rounding is part of the shape.
-template <class W>
-class SquaredCosine {
+// One chain in 64f, c(k + 1) = 2 cos(theta) c(k) - c(k - 1). The rounding of every step is part of the shape.
+class SingleSteps {
  public:
-  SquaredCosine(W alpha, int len) : offset_(W(0.5) + alpha), curvature_(-4 * alpha) {
-    using V = Vec<double, 2>;
-    const double c = cosine(broadcast<V>(2 * std::numbers::pi / (len - 1)))[0];
-    factor_ = 2 * c;
-    current_ = 0.5;
-    previous_ = 0.5 * c;
-  }
+  SingleSteps(double first, double second, double factor)
+      : factor_(factor), current_(first), following_(second) {}
 
   template <int n>
   OVKS_INLINE Vec<double, n> next() {
@@ -33,39 +27,56 @@ class SquaredCosine {
     }
   }
 
-  template <class V>
-  OVKS_INLINE V weights(V c) const {
-    return (broadcast<V>(offset_) - c) + (c * c) * broadcast<V>(curvature_);
-  }
-
   // An even number of steps, without a move in the chain.
   void skip(std::ptrdiff_t n) {
     for (; n > 0; n -= 2) {
-      previous_ = factor_ * current_ - previous_;
-      current_ = factor_ * previous_ - current_;
+      current_ = factor_ * following_ - current_;
+      following_ = factor_ * current_ - following_;
     }
   }
 
  private:
   OVKS_INLINE double step() {
     const double c = current_;
-    current_ = factor_ * c - previous_;
-    previous_ = c;
+    current_ = following_;
+    following_ = factor_ * current_ - c;
     return c;
   }
 
+  double factor_, current_, following_;
+};
+
+struct ManySteps : Chains<1> {
+  ManySteps(double first, double second, double factor) : Chains({first}, {second}, factor) {}
+};
+
+// ((0.5 + alpha) - c) + c^2 (-4 alpha) for c = 0.5 cos(k theta), k = 0, 1, ..., c rounded to W, and the rest W's.
+template <class W, class Chain>
+class SquaredCosine : public Chain {
+ public:
+  SquaredCosine(W alpha, int len)
+      : SquaredCosine(alpha, cosine(broadcast<Vec<double, 2>>(2 * std::numbers::pi / (len - 1)))[0]) {}
+
+  template <class V>
+  OVKS_INLINE V weights(V c) const {
+    return (broadcast<V>(offset_) - c) + (c * c) * broadcast<V>(curvature_);
+  }
+
+ private:
+  SquaredCosine(W alpha, double c)
+      : Chain(0.5, 2 * c * 0.5 - 0.5 * c, 2 * c), offset_(W(0.5) + alpha), curvature_(-4 * alpha) {}
+
   W offset_, curvature_;
-  double factor_, current_, previous_;
 };
 
 // Weights k = 0 .. len - 1, four at a time, go to elements k and then to their mirror images; an element keeps its
 // later write. Below the centre those are the weights of the other half, whose chain runs on from the first half's. The
 // four that hold the centre write both an element and its image, and there the image comes later.
-template <class T>
-void apply(Windowing<T> windowing, Alpha<T> alpha) {
+template <class Chain, class T>
+void apply(const Windowing<T>& windowing, Alpha<T> alpha) {
   constexpr int kGroup = 4;
+  SquaredCosine<Weight<T>, Chain> shape(alpha, static_cast<int>(windowing.n));
   const std::ptrdiff_t last = windowing.n - 1, centre = last / 2 / kGroup * kGroup;
-  SquaredCosine<Weight<T>> shape(alpha, static_cast<int>(windowing.n));
   shape.skip(centre);
   const auto weights = shape.weights(nextValues<Weight<T>, kGroup>(shape));
   for (int k = 0; k < kGroup; ++k) {
@@ -80,6 +91,9 @@ void apply(Windowing<T> windowing, Alpha<T> alpha) {
   windowing.pairs(shape, centre + kGroup, windowing.n);
 }
 
+// From here on many steps at once are faster than one after the other.
+constexpr int kLong = 250;
+
 struct Blackman {
   template <class T>
   static Status run(const T* pSrc, T* pDst, int len, Alpha<T> alpha) {
@@ -91,7 +105,8 @@ struct Blackman {
       windowing.zero(2);
     } else {
       [[maybe_unused]] const detail::Control<T> control;
-      apply(windowing, alpha);
+      if (len < kLong) apply<SingleSteps>(windowing, alpha);
+      else apply<ManySteps>(windowing, alpha);
     }
     return StatusOk;
   }

@@ -2,6 +2,7 @@
 // Windows from one recurrence of cosines: Hann and Hamming.
 #include "core/cos.hpp"
 #include "core/export.hpp"
+#include "generate/recurrence.hpp"
 #include "generate/window.hpp"
 #include "ovks/generate.h"
 
@@ -9,19 +10,33 @@ namespace {
 
 using namespace ovks;
 
-// offset - amplitude cos(k theta) for k = 0, 1, ... by two interleaved chains, of even and of odd k:
+// From here on many steps at once are faster than one after the other.
+constexpr int kLong = kAvx512 ? 1000 : 4000;
+
+// The starts of two interleaved chains of amplitude cos(k theta), of even and of odd k:
 // c(k + 4) = 2 cos(2 theta) c(k + 2) - c(k). The rounding of every step is part of the shape.
-class RaisedCosine : public Direct {
- public:
-  RaisedCosine(double offset, double amplitude, int len) : offset_(offset) {
+struct TwoChains {
+  using Pair = Vec<double, 2>;
+
+  TwoChains(double amplitude, int len) {
     const double theta = 2 * std::numbers::pi / (len - 1);
     const Pair cosines = cosine(Pair{theta, 2 * theta});
     const double twice = 2 * cosines[0];
     const double c0 = amplitude, c1 = twice * c0 - amplitude * cosines[0], c2 = twice * c1 - c0, c3 = twice * c2 - c1;
-    current_ = Pair{c0, c1};
-    following_ = Pair{c2, c3};
-    factor_ = broadcast<Pair>(2 * cosines[1]);
+    first = Pair{c0, c1};
+    second = Pair{c2, c3};
+    factor = 2 * cosines[1];
   }
+
+  double factor;
+  Pair first, second;
+};
+
+// offset - amplitude cos(k theta) for k = 0, 1, ..., a pair of values at a time.
+class ByPairs : public Direct {
+ public:
+  ByPairs(double offset, const TwoChains& chains)
+      : offset_(offset), current_(chains.first), following_(chains.second), factor_(broadcast<Pair>(chains.factor)) {}
 
   template <int n>
   OVKS_INLINE Vec<double, n> next() {
@@ -29,7 +44,7 @@ class RaisedCosine : public Direct {
   }
 
  private:
-  using Pair = Vec<double, 2>;
+  using Pair = TwoChains::Pair;
 
   template <int n>
   OVKS_INLINE Vec<double, n> cosines() {
@@ -48,12 +63,36 @@ class RaisedCosine : public Direct {
   Pair current_, following_, factor_;
 };
 
+// The same, many values at a time.
+class ByParts : public Direct {
+ public:
+  ByParts(double offset, const TwoChains& chains)
+      : offset_(offset),
+        chains_({chains.first[0], chains.first[1]}, {chains.second[0], chains.second[1]}, chains.factor) {}
+
+  template <int n>
+  OVKS_INLINE Vec<double, n> next() {
+    return broadcast<Vec<double, n>>(offset_) - chains_.next<n>();
+  }
+
+ private:
+  double offset_;
+  Chains<2> chains_;
+};
+
+template <class Shape, class T>
+void applyPairs(const Windowing<T>& windowing, double offset, const TwoChains& chains) {
+  Shape shape(offset, chains);
+  windowing.pairs(shape, 0, windowing.n / 2);
+}
+
 template <class T>
 Status apply(double offset, double amplitude, const T* pSrc, T* pDst, int len) {
   [[maybe_unused]] const detail::Control<T> control;
   const Windowing<T> windowing{pSrc, pDst, len};
-  RaisedCosine shape(offset, amplitude, len);
-  windowing.pairs(shape, 0, len / 2);
+  const TwoChains chains(amplitude, len);
+  if (len < kLong) applyPairs<ByPairs>(windowing, offset, chains);
+  else applyPairs<ByParts>(windowing, offset, chains);
   if (len % 2) windowing.copy(len / 2);
   return StatusOk;
 }

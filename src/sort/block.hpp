@@ -35,7 +35,8 @@ OVKS_INLINE V loadRow(const Lane<V>* p, int from, std::ptrdiff_t n, V rest) {
   if constexpr (kAvx512) {
     constexpr int size = sizeof(Lane<V>), bytes = sizeof(V);
     const unsigned m = detail::lanesBelow<lanes<V>>(n, from);
-    if constexpr (size == 2 && bytes == 16) return bits<V>(_mm_mask_loadu_epi16(bits<__m128i>(rest), m, p));
+    if constexpr (size == 1) return bits<V>(_mm_mask_loadu_epi8(bits<__m128i>(rest), m, p));
+    else if constexpr (size == 2 && bytes == 16) return bits<V>(_mm_mask_loadu_epi16(bits<__m128i>(rest), m, p));
     else if constexpr (size == 2) return bits<V>(_mm256_mask_loadu_epi16(bits<__m256i>(rest), m, p));
     else if constexpr (size == 4 && bytes == 16) return bits<V>(_mm_mask_loadu_epi32(bits<__m128i>(rest), m, p));
     else if constexpr (size == 4 && bytes == 32) return bits<V>(_mm256_mask_loadu_epi32(bits<__m256i>(rest), m, p));
@@ -59,7 +60,8 @@ OVKS_INLINE void storeRow(Lane<V>* p, int from, std::ptrdiff_t n, V v) {
     const unsigned m = detail::lanesBelow<lanes<V>>(n, from);
     // gcc would make an extraction from a longer vector and this store one instruction, which faults under its mask.
     asm("" : "+v"(v));
-    if constexpr (size == 2 && bytes == 16) _mm_mask_storeu_epi16(p, m, bits<__m128i>(v));
+    if constexpr (size == 1) _mm_mask_storeu_epi8(p, m, bits<__m128i>(v));
+    else if constexpr (size == 2 && bytes == 16) _mm_mask_storeu_epi16(p, m, bits<__m128i>(v));
     else if constexpr (size == 2) _mm256_mask_storeu_epi16(p, m, bits<__m256i>(v));
     else if constexpr (size == 4 && bytes == 16) _mm_mask_storeu_epi32(p, m, bits<__m128i>(v));
     else if constexpr (size == 4 && bytes == 32) _mm256_mask_storeu_epi32(p, m, bits<__m256i>(v));
@@ -85,6 +87,26 @@ template <int R, int L, class K>
   unroll<R>([&](auto r) __attribute__((always_inline)) { storeRow<V>(p, rankOf<R, L>(r), n, out.element(v[r])); });
 }
 
+// What one vector or two of C's hold, narrow keys widened: fewer operations than a block of such short rows.
+template <class C, int vectors, class K>
+[[gnu::noinline]] void sortInLanes(K* p, std::ptrdiff_t n, const Order<K>& in, const Order<K>& out) {
+  constexpr int L = lanes<Vec<C>>, last = (vectors - 1) * L;
+  using Stored = Vec<K, L>;
+  constexpr K most = static_cast<K>(std::make_unsigned_t<K>(-1) >> 1);
+  const Stored rest = in.element(broadcast<Stored>(most));
+  const auto key = [&](Stored x) { return resize<Vec<C>>(in.key(x)); };
+  const auto element = [&](Vec<C> v) { return out.element(resize<Stored>(v)); };
+  Vec<C> v[vectors];
+  if constexpr (vectors == 2) v[0] = key(load<Stored>(p));
+  v[vectors - 1] = key(loadRow<Stored>(p, last, n, rest));
+  sortLanes(v);
+  if constexpr (vectors == 2) {
+    mergePair(v[0], v[1]);
+    store(p, element(v[0]));
+  }
+  storeRow<Stored>(p, last, n, element(v[vectors - 1]));
+}
+
 // What the registers hold, or nearly: some of AVX2's sixteen rows of bytes wait in memory.
 template <class K>
 inline constexpr std::ptrdiff_t kBlock = sizeof(K) < 4    ? 256
@@ -99,6 +121,12 @@ void sortWidened(K* p, std::ptrdiff_t n, const Order<K>& in, const Order<K>& out
 template <class K>
 OVKS_INLINE void sortShort(K* p, std::ptrdiff_t n, const Order<K>& in, const Order<K>& out) {
   constexpr bool narrow = sizeof(K)<4, native = sizeof(K)> 1;
+  if constexpr (kAvx512) {
+    using C = std::conditional_t<narrow, int32_t, K>;
+    constexpr std::ptrdiff_t L = lanes<Vec<C>>;
+    if (n <= L) return sortInLanes<C, 1>(p, n, in, out);
+    if (L == 16 && n <= 2 * L) return sortInLanes<C, 2>(p, n, in, out);
+  }
   if constexpr (narrow) {
     if (n <= 32) return sortWidened<int32_t, 32>(p, n, in, out);
   } else {

@@ -12,7 +12,7 @@ namespace ovks::sort {
 
 namespace detail {
 template <class F, int... i>
-OVKS_INLINE void unrollOver(F f, std::integer_sequence<int, i...>) {
+OVKS_INLINE void unrollOver([[maybe_unused]] F f, std::integer_sequence<int, i...>) {
   (f(std::integral_constant<int, i>{}), ...);
 }
 template <class V, class F, int... i>
@@ -52,6 +52,45 @@ OVKS_INLINE void exchangeAcross(V& a, V& b) {
 template <int mask, class V>
 OVKS_INLINE V swapLanes(V v) {
   return shuffle(v, [](int i) { return i ^ mask; });
+}
+
+// Each lane with the one at its number ^ mask: the smaller key goes where `bit` is clear.
+template <int mask, int bit, class V>
+OVKS_INLINE V exchangeLanes(V v) {
+  V partner = swapLanes<mask>(v);
+  exchange(v, partner);
+  return pick(v, partner, [](int i) { return i & bit ? i + lanes<V> : i; });
+}
+
+// Sorts the lanes of a bitonic sequence.
+template <class V>
+OVKS_INLINE void mergeLanes(V& v) {
+  unroll<__builtin_ctz(lanes<V>)>([&](auto k) __attribute__((always_inline)) {
+    constexpr int distance = lanes<V> >> (k + 1);
+    v = exchangeLanes<distance, distance>(v);
+  });
+}
+
+// Sorts the lanes of each vector for itself, as bitonic sequences of twice the length each time.
+template <class V, int count>
+OVKS_INLINE void sortLanes(V (&v)[count]) {
+  unroll<__builtin_ctz(lanes<V>)>([&](auto k) __attribute__((always_inline)) {
+    constexpr int width = 1 << k;
+    for (V& one : v) one = exchangeLanes<2 * width - 1, width>(one);
+    unroll<k>([&](auto j) __attribute__((always_inline)) {
+      constexpr int distance = width >> (j + 1);
+      for (V& one : v) one = exchangeLanes<distance, distance>(one);
+    });
+  });
+}
+
+// Two vectors with sorted lanes become one sequence.
+template <class V>
+OVKS_INLINE void mergePair(V& a, V& b) {
+  b = swapLanes<lanes<V> - 1>(b);
+  exchange(a, b);
+  mergeLanes(a);
+  mergeLanes(b);
 }
 
 namespace detail {

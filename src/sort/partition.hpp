@@ -119,74 +119,103 @@ struct TaggedKeys {
   static OVKS_INLINE Row part(const Parting<V>& parting, Row row) { return {parting(row.key), parting(row.tag)}; }
 };
 
-// Moves the keys up to the pivot before the others, for n >= 2 * Rows::ahead rows; the number of them.
-//
-// Rows are read from the end that has less room, which leaves room for a whole row at both: each row is written with
-// its low part at the front and, once more, with its high part at the back, and what is left over of either lies in the
-// gap.
+namespace detail {
+
+// A range while it is parted. Rows are read from the end that has less room, which leaves room for a whole row at both:
+// each row is written with its low part at the front and, once more, with its high part at the back, and what is left
+// over of either lies in the gap.
 template <class Rows>
-std::ptrdiff_t partition(Rows rows, std::ptrdiff_t n, typename Rows::Key pivotKey) {
+class Gap {
   using V = typename Rows::V;
   using Row = typename Rows::Row;
-  constexpr std::ptrdiff_t L = Rows::L, A = Rows::ahead, batch = A * L;
-  const V pivot = broadcast<V>(pivotKey);
-  std::ptrdiff_t front = batch, back = n - batch, low = 0, room = n - L;
+  static constexpr std::ptrdiff_t L = Rows::L;
 
-  const auto put = [&](Row row) __attribute__((always_inline)) {
-    const Parting<V> parting(Rows::keyOf(row), pivot);
-    const Row parted = Rows::part(parting, row);
-    rows.store(low, parted);
-    rows.store(low + room, parted);
-    low += parting.low();
-    room -= L;
-  };
-  // Where to read `count` elements from, without a branch: nobody could predict it.
-  const auto next = [&](std::ptrdiff_t count) __attribute__((always_inline)) {
-    const std::ptrdiff_t more = (low + room + L - back) - (front - low);
-    const std::ptrdiff_t atBack = count & (more >> 63), from = front + ((back - count - front) & (more >> 63));
-    front += count - atBack;
-    back -= atBack;
-    return from;
-  };
-
+ public:
+  template <int count>
   struct Batch {
-    Row row[A];
-  };
-  const auto read = [&](std::ptrdiff_t from) __attribute__((always_inline)) {
-    Batch b;
-    unroll<A>([&](auto i) __attribute__((always_inline)) { b.row[i] = rows.load(from + i * L); });
-    return b;
+    Row row[count];
   };
 
-  Row ends[2 * A];
-  unroll<A>([&](auto i) __attribute__((always_inline)) {
-    ends[i] = rows.load(i * L);
-    ends[A + i] = rows.load(back + i * L);
-  });
+  // A batch of `taken` elements at either end counts as read.
+  OVKS_INLINE Gap(Rows rows, std::ptrdiff_t n, typename Rows::Key pivot, std::ptrdiff_t taken)
+      : rows_(rows), pivot_(broadcast<V>(pivot)), front_(taken), back_(n - taken), low_(0), room_(n - L) {}
+
+  std::ptrdiff_t unread() const { return back_ - front_; }
+  std::ptrdiff_t low() const { return low_; }
+
+  template <int count>
+  OVKS_INLINE Batch<count> at(std::ptrdiff_t from) const {
+    Batch<count> batch;
+    unroll<count>([&](auto i) __attribute__((always_inline)) { batch.row[i] = rows_.load(from + i * L); });
+    return batch;
+  }
+
+  // The next rows, without a branch on the end that they come from: nobody could predict it.
+  template <int count>
+  OVKS_INLINE Batch<count> read() {
+    constexpr std::ptrdiff_t size = count * L;
+    const std::ptrdiff_t more = (low_ + room_ + L - back_) - (front_ - low_);
+    const std::ptrdiff_t atBack = size & (more >> 63), from = front_ + ((back_ - size - front_) & (more >> 63));
+    front_ += size - atBack;
+    back_ -= atBack;
+    return at<count>(from);
+  }
+
+  template <int count>
+  OVKS_INLINE void put(const Batch<count>& batch) {
+    unroll<count>([&](auto i) __attribute__((always_inline)) {
+      put(batch.row[i], Parting<V>(Rows::keyOf(batch.row[i]), pivot_), L);
+    });
+  }
+
+  // Reads and puts what is less than a row.
+  OVKS_INLINE void putRest() {
+    const std::ptrdiff_t rest = unread();
+    const Row row = rows_.loadPart(front_, rest);
+    Parting<V> parting(Rows::keyOf(row), pivot_);
+    parting.limit(rest);
+    put(row, parting, rest);
+  }
+
+ private:
+  OVKS_INLINE void put(Row row, const Parting<V>& parting, std::ptrdiff_t size) {
+    const Row parted = Rows::part(parting, row);
+    rows_.store(low_, parted);
+    rows_.store(low_ + room_, parted);
+    low_ += parting.low() - (L - size);
+    room_ -= size;
+  }
+
+  Rows rows_;
+  V pivot_;
+  std::ptrdiff_t front_, back_, low_, room_;
+};
+
+}  // namespace detail
+
+// Moves the keys up to the pivot before the others, for n >= 2 * Rows::ahead rows; the number of them.
+template <class Rows>
+std::ptrdiff_t partition(Rows rows, std::ptrdiff_t n, typename Rows::Key pivot) {
+  constexpr int A = Rows::ahead;
+  constexpr std::ptrdiff_t batch = A * Rows::L;
+  detail::Gap<Rows> gap(rows, n, pivot, batch);
+  const auto first = gap.template at<A>(0), last = gap.template at<A>(n - batch);
   // A batch is read before the one before it is written, so that the choice of an end need not wait for that. The last
   // one waits until nothing unread is in the way.
-  const bool held = back - front >= batch;
-  Batch now;
-  if (held) now = read(next(batch));
-  while (back - front >= batch) {
-    const Batch then = read(next(batch));
-    unroll<A>([&](auto i) __attribute__((always_inline)) { put(now.row[i]); });
+  const bool held = gap.unread() >= batch;
+  typename detail::Gap<Rows>::template Batch<A> now;
+  if (held) now = gap.template read<A>();
+  while (gap.unread() >= batch) {
+    const auto then = gap.template read<A>();
+    gap.put(now);
     now = then;
   }
-  while (back - front >= L) put(rows.load(next(L)));
-  if (const std::ptrdiff_t rest = back - front; rest > 0) {
-    const Row row = rows.loadPart(front, rest);
-    Parting<V> parting(Rows::keyOf(row), pivot);
-    parting.limit(rest);
-    const Row parted = Rows::part(parting, row);
-    rows.store(low, parted);
-    rows.store(low + room, parted);
-    low += parting.low() - (L - rest);
-    room -= rest;
-  }
-  if (held) unroll<A>([&](auto i) __attribute__((always_inline)) { put(now.row[i]); });
-  unroll<2 * A>([&](auto i) __attribute__((always_inline)) { put(ends[i]); });
-  return low;
+  while (gap.unread() >= Rows::L) gap.put(gap.template read<1>());
+  if (gap.unread() > 0) gap.putRest();
+  if (held) gap.put(now);
+  gap.put(first);
+  gap.put(last);
+  return gap.low();
 }
 
 }  // namespace ovks::sort

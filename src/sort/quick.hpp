@@ -20,21 +20,32 @@ OVKS_INLINE V median(V a, V b, V c) {
   return a < d ? d : a;
 }
 
-// The middle of sixteen medians, taken lane by lane of rows spread over the range. What is little more than a block is
-// better cut into most of one and a remainder.
+// How many rows a sample reads, spread evenly over the range.
+template <class Rows>
+struct Sample {
+  static constexpr int groups = 16 / Rows::L, each = groups == 1 ? 3 : 1, rows = groups * each * 3;
+
+  std::ptrdiff_t step;
+
+  OVKS_INLINE explicit Sample(std::ptrdiff_t n) : step((n - Rows::L) / (rows - 1)) {}
+  OVKS_INLINE std::ptrdiff_t at(int row) const { return row * step; }
+};
+
+// The middle of sixteen medians, taken lane by lane of a sample's rows. What is little more than a block is better cut
+// into most of one and a remainder.
 template <class Rows>
 OVKS_INLINE typename Rows::Key samplePivot(Rows rows, std::ptrdiff_t n, std::ptrdiff_t block) {
   using V = typename Rows::V;
   using K = typename Rows::Key;
-  constexpr int groups = 16 / Rows::L, each = groups == 1 ? 3 : 1, spread = groups * each * 3;
-  const std::ptrdiff_t step = (n - Rows::L) / (spread - 1);
+  constexpr int groups = Sample<Rows>::groups, each = Sample<Rows>::each;
+  const Sample<Rows> sample(n);
   V middle[groups];
   unroll<groups>([&](auto g) __attribute__((always_inline)) {
     V m[each];
     unroll<each>([&](auto i) __attribute__((always_inline)) {
       V v[3];
       unroll<3>([&](auto j)
-                    __attribute__((always_inline)) { v[j] = Rows::keyOf(rows.load(((g * each + i) * 3 + j) * step)); });
+                    __attribute__((always_inline)) { v[j] = Rows::keyOf(rows.load(sample.at((g * each + i) * 3 + j))); });
       m[i] = median(v[0], v[1], v[2]);
     });
     if constexpr (each == 3) middle[g] = median(m[0], m[1], m[2]);

@@ -2,6 +2,8 @@
 // Sorting values together with their positions.
 #include "sort/tagged.hpp"
 
+#include <algorithm>
+
 #include "sort/counting.hpp"
 #include "sort/quick.hpp"
 
@@ -157,7 +159,8 @@ void positions(const int16_t* p, int32_t* tag, std::ptrdiff_t n, const Order<int
   std::ptrdiff_t from = 0;
   for (int k = 0; k < 256; ++k) {
     const std::ptrdiff_t to = place[k];
-    if (from < to) sortValues(tag + from, to - from, Order<int32_t>{});
+    // The words of equal keys are in order already.
+    if (!std::is_sorted(tag + from, tag + to)) sortValues(tag + from, to - from, Order<int32_t>{});
     from = to;
   }
   keepPositions(tag, n, kMostPositions - 1);

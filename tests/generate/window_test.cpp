@@ -235,6 +235,23 @@ TEST(Window, RaisedCosines) {
   Checked<Hamming, 3>()(OVKS_WINDOW(Hamming));
 }
 
+// The longer the window, the rarer are the places where the recurrence's roundings are hard to foresee.
+TEST(Window, LongRecurrences) {
+  for (const int n : {10007, 65536, 300001}) {
+    const auto check = [n](const auto& fates, auto window) {
+      std::vector<double> x(static_cast<std::size_t>(n), 1.0);
+      ASSERT_EQ(window(x.data(), n), StatusOk);
+      for (int k = 0; k < n; ++k) {
+        const double want = fates[k].how == Fate<double>::Copied ? 1 : fates[k].weight;
+        ASSERT_EQ(x[k], want) << k << " of " << n;
+      }
+    };
+    check(Hann::fates<double>(n), ovksWinHann_64f_I);
+    check(Hamming::fates<double>(n), ovksWinHamming_64f_I);
+    check(BlackmanStd::fates<double>(n), ovksWinBlackmanStd_64f_I);
+  }
+}
+
 TEST(Window, Bartlett) { Checked<Bartlett, 3>()(OVKS_WINDOW(Bartlett)); }
 
 TEST(Window, Blackman) {

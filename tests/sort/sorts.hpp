@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "ovks.h"
+#include "sort/median_killer.hpp"
 #include "support/guarded.hpp"
 
 template <class T>
@@ -89,18 +90,6 @@ bool permutes(std::span<const T> input, std::span<const int32_t> index, std::spa
     seen[from] = true;
   }
   return true;
-}
-
-// Against median-of-three pivots: each one is the second smallest of its range.
-template <class T>
-std::vector<T> medianKiller(int n) {
-  std::vector<T> v(static_cast<std::size_t>(n));
-  const int half = n / 2;
-  for (int i = 0; i < half; ++i) {
-    v[static_cast<std::size_t>(i)] = static_cast<T>(i % 2 ? half + i - 1 + half % 2 : i + 1);
-    v[static_cast<std::size_t>(half + i)] = static_cast<T>(2 * (i + 1));
-  }
-  return v;
 }
 
 template <class T>
