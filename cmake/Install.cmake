@@ -36,6 +36,7 @@ install(DIRECTORY docs DESTINATION "${CMAKE_INSTALL_DOCDIR}")
 
 set(config "${CMAKE_INSTALL_LIBDIR}/cmake/ovks")
 install(EXPORT ovks FILE ovksTargets.cmake NAMESPACE ovks:: DESTINATION "${config}")
+list(JOIN OVKS_COMPONENTS ", " OVKS_COMPONENTS)
 configure_package_config_file(cmake/ovksConfig.cmake.in ovksConfig.cmake INSTALL_DESTINATION "${config}")
 write_basic_package_version_file(ovksConfigVersion.cmake COMPATIBILITY SameMajorVersion)
 install(FILES "${PROJECT_BINARY_DIR}/ovksConfig.cmake" "${PROJECT_BINARY_DIR}/ovksConfigVersion.cmake"
