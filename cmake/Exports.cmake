@@ -4,7 +4,7 @@
 #   exports.ld    for GNU ld: the table's name, and the version script that exports these names and nothing else
 #   slots.ld      for ld -r: the slots in their order, in a section each
 #   static.txt    for objcopy: the names that the static libraries show, the companion's too
-#   exports.def   the same for a DLL
+#   exports.def   the same for a DLL, whose linker sorts the table by table.ld
 #   exports.inc   X(name) lines, for the tests
 # Run as a script:  cmake -DHEADERS=a.h;b.h -DCOMPANION=c.h -DOUTPUT=dir -P Exports.cmake
 #
@@ -80,6 +80,12 @@ set(epilogue "
 #ifdef __ELF__
 .section .note.GNU-stack, \"\", @progbits
 #endif
+")
+file(WRITE "${OUTPUT}/table.ld" "SECTIONS
+{
+  .ovks BLOCK(__section_alignment__) : SUBALIGN(8) { ExportTable = .; KEEP(*(SORT(.rdata$ovks.*))) }
+}
+INSERT AFTER .rdata;
 ")
 file(WRITE "${OUTPUT}/stubs.S" "${stubs}${epilogue}")
 file(WRITE "${OUTPUT}/exports.ld" "${table}${version}")

@@ -8,6 +8,7 @@ include(GNUInstallDirs)
 function(ovks_install target component)
   set_target_properties(${target} PROPERTIES EXPORT_NAME ${component})
   install(TARGETS ${target} EXPORT ovks
+    RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}"
     LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}/${ARGN}"
     ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
     INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
@@ -23,12 +24,6 @@ if(TARGET ovks_static)
   ovks_install(ovks_n0_static n0_static)
   ovks_install(ovkcore_static ovkcore_static)
 endif()
-# No link to the AVX-512 level in the libraries' folder itself: ldconfig would let libovks.so.9 there point to it.
-foreach(folder IN ITEMS "" "${OVKS_HWCAPS_DIR}")
-  foreach(link IN ITEMS libovks.so.9 libovks.so)
-    install(FILES "${OVKS_LIBRARY_DIR}/${folder}/${link}" DESTINATION "${CMAKE_INSTALL_LIBDIR}/${folder}")
-  endforeach()
-endforeach()
 
 install(DIRECTORY include/ DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
 install(FILES README.md CHANGELOG.md LICENSE DESTINATION "${CMAKE_INSTALL_DOCDIR}")
@@ -41,6 +36,16 @@ configure_package_config_file(cmake/ovksConfig.cmake.in ovksConfig.cmake INSTALL
 write_basic_package_version_file(ovksConfigVersion.cmake COMPATIBILITY SameMajorVersion)
 install(FILES "${PROJECT_BINARY_DIR}/ovksConfig.cmake" "${PROJECT_BINARY_DIR}/ovksConfigVersion.cmake"
   DESTINATION "${config}")
+
+if(WIN32)
+  return()
+endif()
+# No link to the AVX-512 level in the libraries' folder itself: ldconfig would let libovks.so.9 there point to it.
+foreach(folder IN ITEMS "" "${OVKS_HWCAPS_DIR}")
+  foreach(link IN ITEMS libovks.so.9 libovks.so)
+    install(FILES "${OVKS_LIBRARY_DIR}/${folder}/${link}" DESTINATION "${CMAKE_INSTALL_LIBDIR}/${folder}")
+  endforeach()
+endforeach()
 
 # From the folder of the .pc files to the prefix.
 file(RELATIVE_PATH OVKS_PREFIX "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig" "${CMAKE_INSTALL_PREFIX}")
