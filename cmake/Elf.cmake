@@ -33,13 +33,14 @@ function(ovks_link_level target level)
     BUILD_RPATH "$ORIGIN/${up}" INSTALL_RPATH "$ORIGIN/${up}" BUILD_WITH_INSTALL_RPATH ON)
   foreach(link IN ITEMS libovks.so.9 libovks.so)
     add_custom_command(TARGET ${target} POST_BUILD
-      COMMAND "${CMAKE_COMMAND}" -E create_symlink "$<TARGET_FILE_NAME:${target}>" "$<TARGET_FILE_DIR:${target}>/${link}")
+      COMMAND "${CMAKE_COMMAND}" -E create_symlink
+        "$<TARGET_FILE_NAME:${target}>" "$<TARGET_FILE_DIR:${target}>/${link}")
   endforeach()
 endfunction()
 
-# ovks_add_static(target output objects libraries...): a static library of one object. Only the exports are global in it, so that no
-# inline function compiled for a level's processors stands in for the program's own. Functions and slots keep sections
-# of their own: --gc-sections leaves a program what it calls.
+# ovks_add_static(target output objects libraries...): a static library of one object. Only the exports are global in
+# it, so that no inline function compiled for a level's processors stands in for the program's own. Functions and slots
+# keep sections of their own: --gc-sections leaves a program what it calls.
 function(ovks_add_static target output objects)
   set(object "${CMAKE_CURRENT_BINARY_DIR}/${target}.o")
   set(names "${OVKS_GENERATED_DIR}/static.txt")

@@ -83,7 +83,7 @@ set(epilogue "
 ")
 file(WRITE "${OUTPUT}/table.ld" "SECTIONS
 {
-  .ovks BLOCK(__section_alignment__) : SUBALIGN(8) { ExportTable = .; KEEP(*(SORT(.rdata$ovks.*))) }
+  .ovks BLOCK(__section_alignment__) : { ExportTable = .; KEEP(*(SORT(.ovks$*))) }
 }
 INSERT AFTER .rdata;
 ")

@@ -9,11 +9,10 @@ set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY "${OVKS_LIBRARY_DIR}")
 # Programs find the DLLs beside them, and do without the compiler's own.
 set(CMAKE_EXE_LINKER_FLAGS "${CMAKE_EXE_LINKER_FLAGS} -static")
 
-add_compile_options(
-  # The compiler takes its stack for aligned to 32 and 64 bytes, where the system guarantees 16.
-  -Wa,-muse-unaligned-vector-move
-  # Else each slot of the table of exports would be filled up to 16 bytes.
-  -Wa,--no-pad-sections)
+# The compiler takes its stack for aligned to 32 and 64 bytes, where the system guarantees 16.
+add_compile_options(-Wa,-muse-unaligned-vector-move)
+# The C driver links the modules; it needs nothing on behalf of C++.
+set(CMAKE_CXX_IMPLICIT_LINK_LIBRARIES "")
 
 function(ovks_link_level target level)
   target_sources(${target} PRIVATE "${OVKS_GENERATED_DIR}/exports.def")

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <numbers>
 #include <random>
 
 #include "core/cos.hpp"
@@ -57,7 +58,7 @@ TEST(Cosine, IsWithinItsBound) {
   EXPECT_LT(largestError(ownCosine, cosl, -1000, 1000, 400000), 0.52);
   // At the steps of windows the last bit is right but where the exact value lies halfway.
   for (int n = 4; n < 100000; ++n) {
-    const double theta = 2 * M_PI / (n - 1);
+    const double theta = 2 * std::numbers::pi / (n - 1);
     EXPECT_LT(std::fabs(cosl(theta) - cosine(broadcast<V>(theta))[0]), 0x1.002p-54L) << n;
   }
 }

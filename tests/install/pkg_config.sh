@@ -18,6 +18,12 @@ for compiler in "$CC" "$CXX"; do
   "$compiler" $source -static $(pkg-config --cflags --libs --static ovks) -o "$out/static"
   "$out/static" a2
 done
+# The static program has the table of exports, slots side by side in the order of their names.
+nm "$out/static" | grep ' d ovksSlot_' | sort >"$out/slots"
+cut -d ' ' -f 3 "$out/slots" | LC_ALL=C sort -c
+first=$(head -n 1 "$out/slots" | cut -d ' ' -f 1) last=$(tail -n 1 "$out/slots" | cut -d ' ' -f 1)
+[ $((0x$last - 0x$first)) -eq $((8 * ($(wc -l <"$out/slots") - 1))) ]
+
 "$CC" program.c $(pkg-config --cflags ovks) "$1"/libovks.a "$1"/libovkcore-9.0.a -lm -Wl,--gc-sections -o "$out/small"
 "$out/small" a2
 # It holds the functions that it calls, and nothing that only others call.

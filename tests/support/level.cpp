@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// level n0 COMMAND: runs the command if the processor has the level, else counts as skipped. Compiled for any processor,
-// as the command may not be.
+// level n0 COMMAND: runs the command if the processor has the level, else counts as skipped. Compiled for any
+// processor, as the command may not be.
 #ifdef _WIN32
 #include <process.h>
 #else

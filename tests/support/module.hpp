@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A module as its file describes it, and as the loader put it into memory. Addresses count from where the module begins.
+// A module as its file describes it, and as the loader put it into memory. Addresses count from the module's begin.
 #pragma once
 
 #include <cstdint>

@@ -59,13 +59,15 @@ Module::Module(const void* function) {
     needed.insert(base_ + entry.Name);
   }
 
-  // Symbols: 18 bytes each; names of more than 8 bytes lie in the table of texts after them.
+  // Names of more than 8 bytes lie after the symbols.
   const Address symbols = header.FileHeader.PointerToSymbolTable;
   const Address texts = symbols + Address{header.FileHeader.NumberOfSymbols} * IMAGE_SIZEOF_SYMBOL;
   for (Address offset = symbols; offset < texts; offset += IMAGE_SIZEOF_SYMBOL) {
     const auto symbol = at<IMAGE_SYMBOL>(offset);
-    if (symbol.SectionNumber > 0 && symbol.N.Name.Short == 0)
-      internal[&file_[texts + symbol.N.Name.Long]] = begins[static_cast<std::size_t>(symbol.SectionNumber - 1)] + symbol.Value;
+    if (symbol.SectionNumber > 0 && symbol.N.Name.Short == 0) {
+      const Address section = begins[static_cast<std::size_t>(symbol.SectionNumber - 1)];
+      internal[&file_[texts + symbol.N.Name.Long]] = section + symbol.Value;
+    }
     offset += symbol.NumberOfAuxSymbols * IMAGE_SIZEOF_SYMBOL;
   }
 }
