@@ -4,6 +4,7 @@ set(OVKS_GOOGLETEST "" CACHE PATH "Folder of the sources of GoogleTest")
 set(BUILD_GMOCK OFF)
 set(INSTALL_GTEST OFF)
 add_subdirectory("${OVKS_GOOGLETEST}" googletest EXCLUDE_FROM_ALL)
+target_compile_options(gtest PRIVATE -w)
 
 # Wine's server outlives the program that starts it by some seconds. Were that a test, it would seem to last as long.
 if(CMAKE_CROSSCOMPILING)
