@@ -113,7 +113,7 @@ void run(std::string_view argument) {
 
   const std::filesystem::path folder = "out";
   std::filesystem::create_directories(folder);
-  wav::write(folder / "recording.wav", result);
+  wav::write((folder / "recording.wav").string(), result);
   const std::string titles[] = {"before: " + name, "after: band-pass, gain, fades, dither, echo"};
   write(folder / "recording.svg", svg::waveforms({{titles[0], recording}, {titles[1], result}}));
   write(folder / "spectrogram.svg", svg::spectrograms({{titles[0], before}, {titles[1], after}}));

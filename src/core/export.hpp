@@ -13,7 +13,7 @@
 #pragma once
 
 #ifdef _WIN32
-#define OVKS_SLOT_ATTRIBUTES(name) __attribute__((used, section(".rdata$ovks." #name)))
+#define OVKS_SLOT_ATTRIBUTES(name) __attribute__((section(".ovks$" #name)))
 #else
 #define OVKS_SLOT_ATTRIBUTES(name) __attribute__((visibility("hidden"), section(".data.rel.ro.ovks." #name)))
 #endif

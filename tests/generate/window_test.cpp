@@ -6,6 +6,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "support/cosine.hpp"
 #include "support/harness.hpp"
 
 namespace ovks::test {
@@ -24,7 +25,7 @@ struct Fate {
 template <class W>
 using Fates = std::vector<Fate<W>>;
 
-double cosine(double x) { return static_cast<double>(cosl(x)); }
+double cosine(double x) { return static_cast<double>(cosineOf(x)); }
 
 template <class W>
 Fates<W> ends(Fates<W> fates) {

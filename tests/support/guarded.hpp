@@ -2,13 +2,11 @@
 // Memory between inaccessible pages: a touch outside a buffer faults, or shows in the bytes around it.
 #pragma once
 
-#include <sys/mman.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
-#include <new>
+
+#include "support/pages.hpp"
 
 namespace ovks::test {
 
@@ -23,18 +21,15 @@ class Guarded {
   static constexpr std::size_t kMargin = 128;  // bytes watched on either side, and the largest offset
 
   explicit Guarded(std::size_t capacity) {
-    page_ = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
-    size_ = (capacity + kMargin + page_ - 1) / page_ * page_;
-    void* p = mmap(nullptr, size_ + 2 * page_, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    if (p == MAP_FAILED) throw std::bad_alloc();
-    begin_ = static_cast<std::byte*>(p) + page_;
-    if (mprotect(begin_, size_, PROT_READ | PROT_WRITE) != 0) throw std::bad_alloc();
+    size_ = (capacity + kMargin + kPage - 1) / kPage * kPage;
+    begin_ = reservePages(size_ + 2 * kPage) + kPage;
+    openPages(begin_, size_);
   }
-  Guarded(Guarded&& other) noexcept : page_(other.page_), size_(other.size_), begin_(other.begin_) {
+  Guarded(Guarded&& other) noexcept : size_(other.size_), begin_(other.begin_) {
     other.begin_ = nullptr;
   }
   ~Guarded() {
-    if (begin_) munmap(begin_ - page_, size_ + 2 * page_);
+    if (begin_) releasePages(begin_ - kPage, size_ + 2 * kPage);
   }
 
   // A copy of n bytes at the place, which any alignment of the elements may have.
@@ -59,7 +54,7 @@ class Guarded {
   std::byte* low() const { return first_ - std::min<std::ptrdiff_t>(kMargin, first_ - begin_); }
   std::byte* high() const { return last_ + std::min<std::ptrdiff_t>(kMargin, begin_ + size_ - last_); }
 
-  std::size_t page_, size_;
+  std::size_t size_;
   std::byte *begin_, *first_ = nullptr, *last_ = nullptr;
 };
 

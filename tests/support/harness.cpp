@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "support/harness.hpp"
 
-#include <dlfcn.h>
 #include <xmmintrin.h>
+
+#include <map>
 
 namespace ovks::test {
 
@@ -190,8 +191,12 @@ class Checker {
 }  // namespace
 
 std::string exportName(const void* function) {
-  Dl_info info;
-  return dladdr(function, &info) && info.dli_sname ? info.dli_sname : "export without a name";
+#define X(name) {reinterpret_cast<const void*>(::name), #name},
+  static const std::map<const void*, const char*> names = {
+#include "exports.inc"
+  };
+#undef X
+  return names.at(function);
 }
 
 std::vector<int> usualLengths() {

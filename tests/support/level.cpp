@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: MIT
-// level n0 COMMAND: runs the command if the processor has the level, else counts as skipped. Compiled for any processor,
-// as the command may not be.
+// level n0 COMMAND: runs the command if the processor has the level, else counts as skipped. Compiled for any
+// processor, as the command may not be.
+#ifdef _WIN32
+#include <process.h>
+#else
 #include <unistd.h>
+#endif
 
 #include <cstdio>
 #include <string_view>
@@ -17,7 +21,11 @@ int main(int argc, char** argv) {
     std::printf("skipped: this processor has no level %s\n", argv[1]);
     return kSkipped;
   }
+#ifdef _WIN32
+  if (const auto status = _spawnv(_P_WAIT, argv[2], argv + 2); status != -1) return static_cast<int>(status);
+#else
   execv(argv[2], argv + 2);
+#endif
   std::perror(argv[2]);
   return 1;
 }

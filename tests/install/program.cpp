@@ -1,0 +1,3 @@
+// SPDX-License-Identifier: MIT
+// The same program in C++.
+#include "program.c"
