@@ -9,6 +9,10 @@
 include(CheckLinkerFlag)
 check_linker_flag(C "-Wl,-z,x86-64-v4" OVKS_LINKER_MARKS_LEVEL)
 
+# GNU's, whatever compiler it is.
+find_program(OVKS_LD NAMES ld.bfd ld REQUIRED)
+find_program(OVKS_OBJCOPY objcopy REQUIRED)
+
 set(OVKS_LIBRARY_DIR "${PROJECT_BINARY_DIR}/lib")
 set(OVKS_HWCAPS_DIR "glibc-hwcaps/x86-64-v4")
 
@@ -46,8 +50,8 @@ function(ovks_add_static target output objects)
   set(names "${OVKS_GENERATED_DIR}/static.txt")
   set(slots "${OVKS_GENERATED_DIR}/slots.ld")
   add_custom_command(OUTPUT "${object}"
-    COMMAND "${CMAKE_LINKER}" -r --force-group-allocation -T "${slots}" -o "${object}" "$<TARGET_OBJECTS:${objects}>"
-    COMMAND "${CMAKE_OBJCOPY}" "--keep-global-symbols=${names}" "${object}"
+    COMMAND "${OVKS_LD}" -r --force-group-allocation -T "${slots}" -o "${object}" "$<TARGET_OBJECTS:${objects}>"
+    COMMAND "${OVKS_OBJCOPY}" "--keep-global-symbols=${names}" "${object}"
     DEPENDS "$<TARGET_OBJECTS:${objects}>" "${names}" "${slots}"
     COMMENT "Joining the objects of ${target}" COMMAND_EXPAND_LISTS VERBATIM)
   set_source_files_properties("${object}" PROPERTIES EXTERNAL_OBJECT ON)
