@@ -56,7 +56,8 @@ constexpr Passes choosePasses(int order) {
   }
   if (p.count == 0 && (bits == 4 || (bits < 8 && bits % 3 == 2))) take(2);
   else if (p.count == 0 && (1 << bits) / 8 >= kPageRows) take(2);
-  while (bits % 4 != 0 && bits >= 3) take(3);
+  const int sixteens = bits == 4 || bits >= 7 ? bits % 3 : 0;
+  while (bits - 4 * sixteens >= 3) take(3);
   while (bits >= 4) take(4);
   if (bits > 0) take(bits);
   return p;
