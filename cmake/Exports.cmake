@@ -4,34 +4,28 @@
 #   exports.ld    for GNU ld: the table's name, and the version script that exports these names and nothing else
 #   exports.def   the same for a DLL
 #   exports.inc   X(name) lines, for the tests
+#   prototypes.inc   X(name, "parameters") lines, for tests that call every export
 # Run as a script:  cmake -DHEADERS=a.h;b.h -DOUTPUT=dir -P Exports.cmake
-#
-# The names are what stands before a parameter list. That every prototype was seen is checked by a second count, of the
-# declarations that end in ");".
-
 cmake_policy(VERSION 3.25)
+include("${CMAKE_CURRENT_LIST_DIR}/Declarations.cmake")
 
-set(names "")
-set(prototypes 0)
+set(prototypes "")
 foreach(header IN LISTS HEADERS)
-  file(READ "${header}" text)
-  string(REPLACE ";" "@" text "${text}")  # which would part list elements
-  string(REGEX REPLACE "/\\*([^*]|\\*+[^*/])*\\*+/" " " text "${text}")
-  string(REGEX REPLACE "//[^\n]*" " " text "${text}")
-  string(REGEX MATCHALL "ovks[A-Za-z0-9_]+[ \n]*\\(" found "${text}")
-  string(REGEX MATCHALL "\\)[ \n]*@" ends "${text}")
-  list(LENGTH ends count)
-  math(EXPR prototypes "${prototypes} + ${count}")
-  list(APPEND names ${found})
+  ovks_read_header("${header}" text)
+  ovks_find_prototypes("${text}" found)
+  list(APPEND prototypes ${found})
 endforeach()
-list(TRANSFORM names REPLACE "[ \n]*\\($" "")
+set(names ${prototypes})
+list(TRANSFORM names REPLACE "^.*[ *]([A-Za-z0-9_]+) ?\\(.*$" "\\1")
 
 list(LENGTH names count)
 set(distinct ${names})
 list(REMOVE_DUPLICATES distinct)
 list(LENGTH distinct distinctCount)
-if(NOT count EQUAL prototypes OR NOT count EQUAL distinctCount OR count EQUAL 0)
-  message(FATAL_ERROR "Exports: ${count} names, ${distinctCount} of them distinct, but ${prototypes} prototypes")
+set(alien ${names})
+list(FILTER alien EXCLUDE REGEX "^ovks")
+if(NOT count EQUAL distinctCount OR alien OR count EQUAL 0)
+  message(FATAL_ERROR "Exports: ${count} names, ${distinctCount} of them distinct, not of the library: ${alien}")
 endif()
 list(SORT names COMPARE STRING CASE SENSITIVE)
 
@@ -75,3 +69,7 @@ file(WRITE "${OUTPUT}/stubs.S" "${stubs}${epilogue}")
 file(WRITE "${OUTPUT}/exports.ld" "${table}${version}")
 file(WRITE "${OUTPUT}/exports.def" "${def}")
 file(WRITE "${OUTPUT}/exports.inc" "${inc}")
+
+list(TRANSFORM prototypes REPLACE "^.*[ *]([A-Za-z0-9_]+) ?\\((.*)\\)$" "X(\\1, \"\\2\")")
+list(JOIN prototypes "\n" prototypes)
+file(WRITE "${OUTPUT}/prototypes.inc" "${prototypes}\n")

@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <cstring>
 #include <new>
+#include <utility>
 
 namespace ovks::test {
 
@@ -22,6 +23,7 @@ class Guarded {
  public:
   static constexpr std::size_t kMargin = 128;  // bytes watched on either side, and the largest offset
 
+  Guarded() = default;
   explicit Guarded(std::size_t capacity) {
     page_ = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
     size_ = (capacity + kMargin + page_ - 1) / page_ * page_;
@@ -32,6 +34,14 @@ class Guarded {
   }
   Guarded(Guarded&& other) noexcept : page_(other.page_), size_(other.size_), begin_(other.begin_) {
     other.begin_ = nullptr;
+  }
+  Guarded& operator=(Guarded&& other) noexcept {
+    std::swap(page_, other.page_);
+    std::swap(size_, other.size_);
+    std::swap(begin_, other.begin_);
+    std::swap(first_, other.first_);
+    std::swap(last_, other.last_);
+    return *this;
   }
   ~Guarded() {
     if (begin_) munmap(begin_ - page_, size_ + 2 * page_);
@@ -59,8 +69,8 @@ class Guarded {
   std::byte* low() const { return first_ - std::min<std::ptrdiff_t>(kMargin, first_ - begin_); }
   std::byte* high() const { return last_ + std::min<std::ptrdiff_t>(kMargin, begin_ + size_ - last_); }
 
-  std::size_t page_, size_;
-  std::byte *begin_, *first_ = nullptr, *last_ = nullptr;
+  std::size_t page_ = 0, size_ = 0;
+  std::byte *begin_ = nullptr, *first_ = nullptr, *last_ = nullptr;
 };
 
 }  // namespace ovks::test
