@@ -22,7 +22,7 @@ typedef struct FIRSRSpec_64fc FIRSRSpec_64fc; /**< filter of 64fc */
 
 /** Writes the sizes in bytes of a filter's specification and work buffer. @p tapsType is the type of the taps:
  *  DataType32f, DataType32fc, DataType64f or DataType64fc. The sizes serve every algorithm.
- *  Statuses: StatusBadSize for tapsLen < 1, StatusBadDataType, StatusNullPtr; then StatusOk. */
+ *  Statuses: StatusBadSize for tapsLen < 1, StatusBadDataType, StatusNullPtr, StatusBadSize for a size beyond 2^31 - 1. */
 Status ovksFIRSRGetSize(int tapsLen, DataType tapsType, int* pSpecSize, int* pBufSize);
 
 /** @name FIRSRInit

@@ -18,9 +18,9 @@ bool isInit(const Prototype& p) { return p.name.find("Init_") != std::string::np
 
 DataType dataTypeOf(const std::string& type) {
   static const std::map<std::string, DataType> codes = {
-      {"uint8_t", DataType8u},       {"uint16_t", DataType16u}, {"int16_t", DataType16s},
-      {"uint32_t", DataType32u},     {"int32_t", DataType32s},  {"float", DataType32f},
-      {"Complex32f", DataType32fc},  {"double", DataType64f},   {"Complex64f", DataType64fc}};
+      {"uint8_t", DataType8u},      {"uint16_t", DataType16u}, {"int16_t", DataType16s},
+      {"uint32_t", DataType32u},    {"int32_t", DataType32s},  {"float", DataType32f},
+      {"Complex32f", DataType32fc}, {"double", DataType64f},   {"Complex64f", DataType64fc}};
   return codes.at(type);
 }
 
@@ -100,7 +100,7 @@ std::size_t extent(const Prototype& p, std::size_t k, const Shape& s, const Byte
 }  // namespace
 
 Call::Call(const Prototype& prototype, const Shape& shape, Random& random, std::shared_ptr<Call> object)
-    : prototype_(&prototype), object_(std::move(object)) {
+    : prototype_(&prototype), shape_(shape), object_(std::move(object)) {
   const std::size_t count = prototype.parameters.size();
   arguments.resize(count);
   data_.resize(count);
@@ -157,6 +157,26 @@ void Call::fill(std::size_t k, std::size_t bytes, Random& random) {
   for (std::size_t i = period * size; i < bytes; ++i) data_[k][i] = data_[k][i - period * size];
 }
 
+void Call::adopt(std::size_t k, const Call& other, std::size_t theirs) {
+  const Bytes& from = other.data_[theirs];
+  std::copy_n(from.begin(), std::min(from.size(), data_[k].size()), data_[k].begin());
+}
+
+void Call::adoptConstants(const Call& other) {
+  for (std::size_t k = 0; k < arguments.size(); ++k) {
+    const Parameter& q = prototype_->parameters[k];
+    if (!q.isPointer) arguments[k] = other.arguments[other.prototype().find(q.name)];
+  }
+}
+
+void Call::damageTag(std::size_t k, std::int32_t tag) {
+  std::byte* const object = arguments[k].as<std::byte*>();
+  if (loadElement<std::int32_t>(object) == tag) tag = ~tag;
+  std::memcpy(object, &tag, sizeof tag);
+  if (prototype_->parameters[k].isConst) objectBytes_ = object_->bytes(object_->prototype().find("pSpec"));
+  else data_[k] = bytes(k);
+}
+
 void Call::place(const std::vector<Place>& places, Overlap overlap) {
   overlap_ = overlap;
   const auto placeOf = [&](std::size_t k) { return k < places.size() ? places[k] : Place{true, 0}; };
@@ -168,8 +188,8 @@ void Call::place(const std::vector<Place>& places, Overlap overlap) {
     } else if (k == overlap.host) {
       const std::ptrdiff_t before = std::max<std::ptrdiff_t>(0, -overlap.shift), start = before + overlap.shift;
       const Bytes& guest = data_[overlap.guest];
-      const auto end = std::max(static_cast<std::size_t>(before) + data_[k].size(),
-                                static_cast<std::size_t>(start) + guest.size());
+      const auto end =
+          std::max(static_cast<std::size_t>(before) + data_[k].size(), static_cast<std::size_t>(start) + guest.size());
       Bytes joint(end);
       std::copy(guest.begin(), guest.end(), joint.begin() + start);
       std::copy(data_[k].begin(), data_[k].end(), joint.begin() + before);

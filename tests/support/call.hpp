@@ -37,7 +37,15 @@ class Call {
 
   const Prototype& prototype() const { return *prototype_; }
   const std::shared_ptr<Call>& object() const { return object_; }
+  const Shape& shape() const { return shape_; }
   std::size_t size(std::size_t k) const { return data_[k].size(); }
+
+  // Another call's operand, as far as it reaches, as this one's.
+  void adopt(std::size_t k, const Call& other, std::size_t theirs);
+  // Another call's constants of the same names.
+  void adoptConstants(const Call& other);
+  // Makes the object behind argument k one that no Init has made. To be the last that is done to it.
+  void damageTag(std::size_t k, std::int32_t tag);
 
   // Lays the operands out. Without places they end at guard pages.
   void place(const std::vector<Place>& places = {}, Overlap overlap = {});
@@ -61,6 +69,7 @@ class Call {
   std::byte* address(std::size_t k) const;
 
   const Prototype* prototype_;
+  Shape shape_;
   std::shared_ptr<Call> object_;
   Bytes objectBytes_;
   std::vector<Bytes> data_;  // before the call
