@@ -70,8 +70,8 @@ struct FloatControl {
 // Upward rounding, denormals as zeros; double precision of the x87.
 constexpr FloatControl kUnusual = {0xdfc0, 0x0a7f};
 
-void check(const Prototype& p, const Shape& shape) {
-  Random random(p.name);
+// Whether the call, which random constants may have made one to be refused, was an example of a successful one.
+bool check(const Prototype& p, const Shape& shape, Random& random) {
   Call call(p, shape, random);
   call.place();
   const FloatControl before = FloatControl::get();
@@ -81,10 +81,17 @@ void check(const Prototype& p, const Shape& shape) {
   const int calls = heapCalls - callsBefore;
   const FloatControl after = FloatControl::get();
   before.set();
-  EXPECT_TRUE(status == StatusOk || status == StatusDivByZero || status == StatusHugeWin) << p.name << ' ' << status;
   EXPECT_EQ(calls, 0) << p.name << " allocates or releases memory";
   EXPECT_EQ(after, kUnusual) << p.name << ": MXCSR " << std::hex << after.mxcsr << ", x87 " << after.x87;
   EXPECT_EQ(call.changed(status < 0), "") << p.name;
+  return status >= 0;
+}
+
+void check(const Prototype& p, const Shape& shape) {
+  Random random(p.name);
+  bool done = false;
+  for (int tries = 0; tries < 50 && !done; ++tries) done = check(p, shape, random);
+  EXPECT_TRUE(done) << p.name << " never succeeded";
 }
 
 // Small, then large enough for every algorithm that lengths choose, and for stores past the caches.

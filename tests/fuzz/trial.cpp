@@ -110,11 +110,12 @@ Status Trial::execute(Call& call) {
   constexpr unsigned kFlags = 0x3f;
   const unsigned before = _mm_getcsr();
   _mm_setcsr(control_);
+  const unsigned kept = _mm_getcsr();  // an emulator may know fewer modes
   const Status status = call.run();
   const unsigned after = _mm_getcsr();
   _mm_setcsr(before);
   const std::string& name = call.prototype().name;
-  if ((after ^ control_) & ~kFlags) fail(name, " leaves MXCSR ", std::hex, after);
+  if ((after ^ kept) & ~kFlags) fail(name, " leaves MXCSR ", std::hex, after);
   if (std::find(std::begin(kKnown), std::end(kKnown), status) == std::end(kKnown)) fail("unknown status ", status);
   // Init leaves a header behind which no transform accepts.
   const std::string changed = call.changed(status < 0 && !p_.startsWith("ovksFFTInit"));

@@ -143,6 +143,12 @@ Argument Call::scalar(const Parameter& q, const Shape& shape, Random& random) co
   else if (q.name == "tapsType") a.set(random.below(2) ? DataType32f : DataType64fc);
   else if (q.name == "dataType") a.set(random.below(2) ? DataType32f : DataType64f);
   else q.element->fill(random, a.bytes.data(), 1);
+  // The Kaiser window's range shrinks with its length.
+  if (q.name == "alpha" && random.below(2)) {
+    const double alpha = random.between(-100, 100) / static_cast<double>(shape.len);
+    if (q.type == "float") a.set(static_cast<float>(alpha));
+    else a.set(alpha);
+  }
   return a;
 }
 
@@ -183,6 +189,9 @@ void Call::place(const std::vector<Place>& places, Overlap overlap) {
   for (std::size_t k = 0; k < data_.size(); ++k) {
     const Parameter& q = prototype_->parameters[k];
     if (!q.isPointer || (isObject(q) && q.isConst)) continue;
+    // What work memory and destinations hold before must not matter.
+    if (isWork(q) || (isResult(k) && q.name.find("Src") == std::string::npos))
+      std::fill(data_[k].begin(), data_[k].end(), static_cast<std::byte>(junk_ += 0x35));
     if (!overlap.touches(k)) {
       home_[k] = memory_[k].put(placeOf(k), data_[k].data(), data_[k].size());
     } else if (k == overlap.host) {

@@ -76,6 +76,7 @@ class Call {
   std::vector<Guarded> memory_;
   std::vector<std::byte*> home_;
   Overlap overlap_;
+  unsigned char junk_ = 0;
 };
 
 }  // namespace ovks::test
