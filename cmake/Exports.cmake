@@ -6,43 +6,37 @@
 #   static.txt    for objcopy: the names that the static libraries show, the companion's too
 #   exports.def   the same for a DLL, whose linker sorts the table by table.ld
 #   exports.inc   X(name) lines, for the tests
+#   prototypes.inc   X(name, "parameters") lines, for tests that call every export
 # Run as a script:  cmake -DHEADERS=a.h;b.h -DCOMPANION=c.h -DOUTPUT=dir -P Exports.cmake
-#
-# The names are what stands before a parameter list. That every prototype was seen is checked by a second count, of the
-# declarations that end in ");".
-
 cmake_policy(VERSION 3.25)
+include("${CMAKE_CURRENT_LIST_DIR}/Declarations.cmake")
 
-# read_names(names header...): the functions that the headers declare, in byte order.
-function(read_names result)
-  set(names "")
-  set(prototypes 0)
+# read_names(names prototypes header...): the functions that the headers declare, the names in byte order.
+function(read_names names_out prototypes_out)
+  set(prototypes "")
   foreach(header IN LISTS ARGN)
-    file(READ "${header}" text)
-    string(REPLACE ";" "@" text "${text}")  # which would part list elements
-    string(REGEX REPLACE "/\\*([^*]|\\*+[^*/])*\\*+/" " " text "${text}")
-    string(REGEX REPLACE "//[^\n]*" " " text "${text}")
-    string(REGEX MATCHALL "(ovks?|own)[A-Z][A-Za-z0-9_]*[ \n]*\\(" found "${text}")
-    string(REGEX MATCHALL "\\)[ \n]*@" ends "${text}")
-    list(LENGTH ends count)
-    math(EXPR prototypes "${prototypes} + ${count}")
-    list(APPEND names ${found})
+    ovks_read_header("${header}" text)
+    ovks_find_prototypes("${text}" found)
+    list(APPEND prototypes ${found})
   endforeach()
-  list(TRANSFORM names REPLACE "[ \n]*\\($" "")
-
+  set(names ${prototypes})
+  list(TRANSFORM names REPLACE "^.*[ *]([A-Za-z0-9_]+) ?\\(.*$" "\\1")
   list(LENGTH names count)
   set(distinct ${names})
   list(REMOVE_DUPLICATES distinct)
   list(LENGTH distinct distinctCount)
-  if(NOT count EQUAL prototypes OR NOT count EQUAL distinctCount OR count EQUAL 0)
-    message(FATAL_ERROR "Exports: ${count} names, ${distinctCount} of them distinct, but ${prototypes} prototypes")
+  set(alien ${names})
+  list(FILTER alien EXCLUDE REGEX "^(ovks?|own)[A-Z]")
+  if(NOT count EQUAL distinctCount OR alien OR count EQUAL 0)
+    message(FATAL_ERROR "Exports: ${count} names, ${distinctCount} of them distinct, not of the library: ${alien}")
   endif()
   list(SORT names COMPARE STRING CASE SENSITIVE)
-  set(${result} "${names}" PARENT_SCOPE)
+  set(${names_out} "${names}" PARENT_SCOPE)
+  set(${prototypes_out} "${prototypes}" PARENT_SCOPE)
 endfunction()
 
-read_names(names ${HEADERS})
-read_names(companion "${COMPANION}")
+read_names(names prototypes ${HEADERS})
+read_names(companion ignored "${COMPANION}")
 
 set(stubs "/* Generated from the public headers. */
 #ifdef __ELF__
@@ -95,3 +89,7 @@ list(JOIN companion "\n" companion)
 file(WRITE "${OUTPUT}/static.txt" "${shown}\n${companion}\n")
 file(WRITE "${OUTPUT}/exports.def" "${def}")
 file(WRITE "${OUTPUT}/exports.inc" "${inc}")
+
+list(TRANSFORM prototypes REPLACE "^.*[ *]([A-Za-z0-9_]+) ?\\((.*)\\)$" "X(\\1, \"\\2\")")
+list(JOIN prototypes "\n" prototypes)
+file(WRITE "${OUTPUT}/prototypes.inc" "${prototypes}\n")

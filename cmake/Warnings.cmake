@@ -12,5 +12,7 @@ add_compile_options(
 
 if(OVKS_SANITIZE)
   add_compile_options("-fsanitize=${OVKS_SANITIZE}" -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  # Elements may lie at any address, which these processors have nothing against.
+  add_compile_options(-fno-sanitize=alignment)
   add_link_options("-fsanitize=${OVKS_SANITIZE}")
 endif()

@@ -22,7 +22,7 @@ typedef struct FIRSRSpec_64fc FIRSRSpec_64fc; /**< filter of 64fc */
 
 /** Writes the sizes in bytes of a filter's specification and work buffer. @p tapsType is the type of the taps:
  *  DataType32f, DataType32fc, DataType64f or DataType64fc. The sizes serve every algorithm.
- *  Statuses: StatusBadSize for tapsLen < 1, StatusBadDataType, StatusNullPtr; then StatusOk. */
+ *  Statuses: StatusBadSize for tapsLen < 1, StatusBadDataType, StatusNullPtr, StatusBadSize for a size beyond 2^31 - 1. */
 Status ovksFIRSRGetSize(int tapsLen, DataType tapsType, int* pSpecSize, int* pBufSize);
 
 /** @name FIRSRInit
@@ -65,7 +65,7 @@ Status ovksFIRSR_16sc(const Complex16s* pSrc, Complex16s* pDst, int numIters, co
 /** Writes the size in bytes of the work buffer of a convolution. Of @p algType only the low 8 bits count; FilterAlgAuto
  *  takes the FFT when the result has at least 512 elements and the shorter source at least 64.
  *  Statuses: StatusNullPtr, StatusBadSize for a length < 1, StatusBadAlgType; then, with 0 written, StatusBadDataType for
- *  a type other than DataType32f and DataType64f, and the failures of ovksFFTGetSize_R_32f(); then StatusOk. */
+ *  other types than DataType32f and 64f, failures of ovksFFTGetSize_R_32f(), StatusBadSize beyond 2^31 - 1; StatusOk. */
 Status ovksConvolveGetBufferSize(int src1Len, int src2Len, DataType dataType, FilterAlg algType, int* pBufferSize);
 
 /** @name Convolve

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Linear convolution of two sequences.
 #include <bit>
+#include <limits>
 
 #include "core/check.hpp"
 #include "core/export.hpp"
@@ -55,7 +56,9 @@ Status bufferSize(const Plan& plan, int* pBufferSize) {
   if (!plan.byTransform()) return StatusOk;
   TransformSizes sizes;
   if (const Status s = transformSizes<T>(plan.order(), sizes)) return s;
-  *pBufferSize = static_cast<int>(Areas<T>(sizes, plan.order()).end + kAlignment);
+  const int64_t bytes = Areas<T>(sizes, plan.order()).end + kAlignment;
+  if (bytes > std::numeric_limits<int>::max()) return StatusBadSize;
+  *pBufferSize = static_cast<int>(bytes);
   return StatusOk;
 }
 

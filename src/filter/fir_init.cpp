@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Sizes and initialisation of FIR filters.
+#include <limits>
+
 #include "core/export.hpp"
 #include "filter/fir_spec.hpp"
 
@@ -10,6 +12,8 @@ using namespace ovks;
 template <class T>
 Status writeSizes(int tapsLen, int* pSpecSize, int* pBufSize) {
   const FirLayout<T> layout(tapsLen);
+  constexpr int64_t kMost = std::numeric_limits<int>::max();
+  if (layout.specBytes() > kMost || layout.bufferBytes() > kMost) return StatusBadSize;
   *pSpecSize = static_cast<int>(layout.specBytes());
   *pBufSize = static_cast<int>(layout.bufferBytes());
   return StatusOk;

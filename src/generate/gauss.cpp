@@ -157,7 +157,14 @@ class Polar {
 template <class S, class T>
 Status init(S* pState, T mean, T stdDev, uint32_t seed) {
   if (!pState) return StatusNullPtr;
-  save(pState, State<T>{State<T>::kContext, seed, mean, stdDev, Engine(seed), 1, {}});
+  auto state = blank<State<T>>();
+  state.context = State<T>::kContext;
+  state.seed = seed;
+  state.mean = mean;
+  state.stdDev = stdDev;
+  state.engine = Engine(seed);
+  state.pending = 1;
+  save(pState, state);
   return StatusOk;
 }
 

@@ -23,6 +23,14 @@ void save(Opaque* pState, const State& state) {
   std::memcpy(static_cast<void*>(pState), &state, sizeof state);
 }
 
+// A state to be filled in. Between its fields are zeros: what lay there before is nothing that callers should see.
+template <class State>
+OVKS_INLINE State blank() {
+  State state;
+  std::memset(static_cast<void*>(&state), 0, sizeof state);
+  return state;
+}
+
 // The checks of a working call, then the state.
 template <class State, class Opaque>
 Status restore(State& state, const void* pDst, int len, const Opaque* pState) {

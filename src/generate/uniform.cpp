@@ -24,7 +24,15 @@ template <class S, class T>
 Status init(S* pState, T low, T high, uint32_t seed) {
   if (!pState) return StatusNullPtr;
   const auto sum = low + high, difference = high - low;  // of integers exact, else in their own type
-  save(pState, State<T>{State<T>::kContext, seed, low, high, sum * 0.5, difference * 0x1p-32, Engine(seed)});
+  auto state = blank<State<T>>();
+  state.context = State<T>::kContext;
+  state.seed = seed;
+  state.low = low;
+  state.high = high;
+  state.mid = sum * 0.5;
+  state.scale = difference * 0x1p-32;
+  state.engine = Engine(seed);
+  save(pState, state);
   return StatusOk;
 }
 

@@ -82,6 +82,9 @@ TEST(Convolve, ChecksInTheirOrder) {
   size = 5;
   EXPECT_EQ(ovksConvolveGetBufferSize(1 << 30, 1 << 29, DataType32f, FilterAlgFFT, &size), StatusBadFFTOrder);
   EXPECT_EQ(size, 0);
+  size = 5;
+  EXPECT_EQ(ovksConvolveGetBufferSize(1 << 27, 1 << 27, DataType64f, FilterAlgFFT, &size), StatusBadSize);
+  EXPECT_EQ(size, 0);
   const float x = 3;
   float y = 9;
   uint8_t buffer[64];

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <bit>
+#include <climits>
 
 #include "filter/filter_support.hpp"
 
@@ -247,6 +248,9 @@ TEST(FirContract, ChecksInTheirOrder) {
   EXPECT_EQ(ovksFIRSRGetSize(1, 12, nullptr, nullptr), StatusBadDataType);
   EXPECT_EQ(ovksFIRSRGetSize(1, DataType32f, nullptr, &b), StatusNullPtr);
   EXPECT_EQ(ovksFIRSRGetSize(1, DataType32f, &a, nullptr), StatusNullPtr);
+  // Sizes that no int holds, and some that would wrap to small ones.
+  for (const int L : {1 << 26, (1 << 27) + 1, INT_MAX})
+    EXPECT_EQ(ovksFIRSRGetSize(L, DataType32f, &a, &b), StatusBadSize) << L;
   EXPECT_EQ(std::pair(a, b), std::pair(7, 7));
   const float taps[2] = {1, 2};
   const Filter<float, float> f({1, 2}, FilterAlgDirect);

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <utility>
 
 #include "support/pages.hpp"
 
@@ -20,6 +21,7 @@ class Guarded {
  public:
   static constexpr std::size_t kMargin = 128;  // bytes watched on either side, and the largest offset
 
+  Guarded() = default;
   explicit Guarded(std::size_t capacity) {
     size_ = (capacity + kMargin + kPage - 1) / kPage * kPage;
     begin_ = reservePages(size_ + 2 * kPage) + kPage;
@@ -27,6 +29,13 @@ class Guarded {
   }
   Guarded(Guarded&& other) noexcept : size_(other.size_), begin_(other.begin_) {
     other.begin_ = nullptr;
+  }
+  Guarded& operator=(Guarded&& other) noexcept {
+    std::swap(size_, other.size_);
+    std::swap(begin_, other.begin_);
+    std::swap(first_, other.first_);
+    std::swap(last_, other.last_);
+    return *this;
   }
   ~Guarded() {
     if (begin_) releasePages(begin_ - kPage, size_ + 2 * kPage);
@@ -54,8 +63,8 @@ class Guarded {
   std::byte* low() const { return first_ - std::min<std::ptrdiff_t>(kMargin, first_ - begin_); }
   std::byte* high() const { return last_ + std::min<std::ptrdiff_t>(kMargin, begin_ + size_ - last_); }
 
-  std::size_t size_;
-  std::byte *begin_, *first_ = nullptr, *last_ = nullptr;
+  std::size_t size_ = 0;
+  std::byte *begin_ = nullptr, *first_ = nullptr, *last_ = nullptr;
 };
 
 }  // namespace ovks::test

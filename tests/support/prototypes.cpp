@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+#include "support/prototypes.hpp"
+
+#include <algorithm>
+#include <regex>
+
+namespace ovks::test {
+
+namespace {
+
+template <class T>
+const ElementType* elementOf() {
+  if constexpr (std::is_pointer_v<T> || !requires { sizeof(T); }) return nullptr;
+  else return &elementType<T>;
+}
+
+template <class P>
+Parameter parameterOf(const std::string& text) {
+  static const std::regex shape("(?:const )?([A-Za-z0-9_]+)[ *]+([A-Za-z0-9_]+)");
+  std::smatch found;
+  if (!std::regex_match(text, found, shape)) std::abort();
+  using Pointed = std::remove_pointer_t<P>;
+  return {found[1], found[2], std::is_pointer_v<P>, std::is_const_v<Pointed>, elementOf<std::remove_cv_t<Pointed>>()};
+}
+
+template <class... P>
+void add(std::vector<Prototype>& all, const char* name, const std::string& text, Status (*function)(P...)) {
+  std::vector<std::string> parts;
+  for (std::size_t at = 0; at <= text.size();) {
+    const std::size_t end = std::min(text.find(',', at), text.size());
+    parts.push_back(text.substr(at, end - at));
+    at = std::min(text.find_first_not_of(' ', end + 1), text.size() + 1);
+  }
+  if (parts.size() != sizeof...(P)) std::abort();
+  const auto call = [function](const Argument* a) {
+    return [=]<std::size_t... k>(std::index_sequence<k...>) { return function(a[k].template as<P>()...); }
+    (std::index_sequence_for<P...>());
+  };
+  std::size_t next = 0;
+  all.push_back({name, std::vector<Parameter>{parameterOf<P>(parts[next++])...}, call});
+}
+
+// What returns something else is no working call.
+void add(std::vector<Prototype>&, const char*, const std::string&, ...) {}
+
+}  // namespace
+
+std::size_t Prototype::find(std::string_view parameter) const {
+  const auto is = [=](const Parameter& p) { return p.name == parameter; };
+  return static_cast<std::size_t>(std::find_if(parameters.begin(), parameters.end(), is) - parameters.begin());
+}
+
+const std::vector<Prototype>& prototypes() {
+  static const std::vector<Prototype> all = [] {
+    std::vector<Prototype> list;
+#define X(name, parameters) add(list, #name, parameters, name);
+#include "prototypes.inc"
+#undef X
+    return list;
+  }();
+  return all;
+}
+
+const Prototype& prototype(std::string_view name) {
+  for (const Prototype& p : prototypes()) {
+    if (p.name == name) return p;
+  }
+  std::abort();
+}
+
+}  // namespace ovks::test

@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+// Threads at work at once: specifications are shared, all other memory is a thread's own.
+#include <atomic>
+#include <thread>
+
+#include "support/call.hpp"
+
+namespace ovks::test {
+namespace {
+
+constexpr int kThreads = 4, kRounds = 5;
+
+struct Result {
+  Status status;
+  std::vector<Call::Bytes> bytes;
+
+  bool operator==(const Result&) const = default;
+};
+
+Result resultOf(Call& call) {
+  call.place();
+  const Status status = call.run();
+  return {status, call.results()};
+}
+
+// All threads make the same calls, each with its own copies of the operands, and get the same as one alone.
+void check(const Prototype& p, const Shape& shape) {
+  Random random(p.name);
+  Call alone(p, shape, random);
+  std::vector<Call> calls;
+  for (int k = 0; k < kThreads; ++k) {
+    calls.emplace_back(p, shape, random, alone.object());
+    for (std::size_t i = 0; i < p.parameters.size(); ++i) calls.back().adopt(i, alone, i);
+    calls.back().adoptConstants(alone);
+  }
+  std::atomic<int> waiting = kThreads;
+  std::vector<Result> results(kThreads * kRounds);
+  const auto work = [&](int k) {
+    for (--waiting; waiting > 0;) std::this_thread::yield();
+    for (int round = 0; round < kRounds; ++round)
+      results[static_cast<std::size_t>(k * kRounds + round)] = resultOf(calls[static_cast<std::size_t>(k)]);
+  };
+  std::vector<std::thread> threads;
+  for (int k = 0; k < kThreads; ++k) threads.emplace_back(work, k);
+  for (std::thread& t : threads) t.join();
+  const Result want = resultOf(alone);
+  for (const Result& got : results) EXPECT_EQ(got == want, true) << p.name;
+}
+
+TEST(Threads, ShareSpecifications) {
+  Shape shape;
+  shape.len = 700;
+  shape.order = 11;
+  for (const Prototype& p : prototypes()) {
+    // What Init tells are addresses in the thread's own memory.
+    if (p.name.find("Init_") == std::string::npos) check(p, shape);
+  }
+}
+
+// The first result that is large asks for the cache's size. Large transforms work by blocks.
+TEST(Threads, LargeResults) {
+  Shape shape;
+  shape.len = 600000;
+  shape.order = 19;
+  for (const char* const name : {"ovksCopy_64fc", "ovksAdd_64f", "ovksFFTFwd_CToC_32fc", "ovksFFTInv_PermToR_64f"})
+    check(prototype(name), shape);
+}
+
+}  // namespace
+}  // namespace ovks::test
