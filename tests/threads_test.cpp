@@ -20,7 +20,8 @@ struct Result {
 Result resultOf(Call& call) {
   call.place();
   const Status status = call.run();
-  return {status, call.results()};
+  // What a failing call leaves of its results is what was there.
+  return {status, status < 0 ? std::vector<Call::Bytes>() : call.results()};
 }
 
 // All threads make the same calls, each with its own copies of the operands, and get the same as one alone.
