@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Transforms of every size class beside FFTW's, planned with patience where that takes no time.
+// Transforms of every size class beside FFTW's, planned by measurement.
 #include <ovks.h>
 
 #include <memory>
@@ -54,7 +54,7 @@ void ours(const std::string& name, int order, int reals, GetSize getSize, Init i
 }
 
 #ifdef OVKS_HAVE_FFTW
-unsigned patience(int order) { return order <= 14 ? FFTW_PATIENT : FFTW_ESTIMATE; }
+unsigned patience(int order) { return order <= 10 ? FFTW_PATIENT : FFTW_MEASURE; }
 
 template <class T, class MakePlan, class Execute>
 void theirs(const std::string& name, int order, int reals, MakePlan makePlan, Execute execute) {
