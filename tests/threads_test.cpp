@@ -45,7 +45,7 @@ void check(const Prototype& p, const Shape& shape) {
   for (int k = 0; k < kThreads; ++k) threads.emplace_back(work, k);
   for (std::thread& t : threads) t.join();
   const Result want = resultOf(alone);
-  for (const Result& got : results) EXPECT_EQ(got == want, true) << p.name;
+  for (const Result& got : results) EXPECT_TRUE(got == want) << p.name;
 }
 
 TEST(Threads, ShareSpecifications) {
@@ -54,7 +54,12 @@ TEST(Threads, ShareSpecifications) {
   shape.order = 11;
   for (const Prototype& p : prototypes()) {
     // What Init tells are addresses in the thread's own memory.
-    if (p.name.find("Init_") == std::string::npos) check(p, shape);
+    if (p.name.find("Init_") != std::string::npos) continue;
+#ifdef __SANITIZE_THREAD__
+    // gcc 12 spills the masks of its AVX-512 partition as one byte here, and takes them back as eight.
+    if (p.startsWith("ovksSortIndex") || p.startsWith("ovksSortRadixIndex")) continue;
+#endif
+    check(p, shape);
   }
 }
 
