@@ -32,7 +32,7 @@ void addChecked(Vectors& v) {
 void callRows(int n) {
   const auto add = [](Vectors& v) { ovks::add(v.a, v.b, v.d); };
   row("Add_32f", n, add, [](Vectors& v) { ovksAdd_32f(v.a.data(), v.b.data(), v.d.data(), v.length()); });
-  row("Add_32f, checked in C", n, add, addChecked);
+  row("Add_32f checked in C", n, add, addChecked);
   row(
       "MulC_32f_I", n, [](Vectors& v) { ovks::mulC(1.0f, v.d); },
       [](Vectors& v) { ovksMulC_32f_I(1.0f, v.d.data(), v.length()); });

@@ -96,7 +96,7 @@ class Report {
       if (line.rfind("model name", 0) == 0) processor = line.substr(line.find(':') + 2);
     const LibraryVersion* version = ovksGetLibVersion();
     md_ << "# Performance\n\nMedians of repetitions, pinned to one core, ours and the peers' interleaved in one process. "
-           "A ratio below 1 means that ours is\nfaster. The limit is what the machine itself can do, measured in the same "
+           "A ratio below 1 means that ours\nis faster. The limit is what the machine itself can do, measured in the same "
            "run: loads and stores of the same traffic, or\nas many multiply-adds. `./run bench "
         << folder_.generic_string() << "` makes this page, its drawings and the CSV files beside them.\n\n"
         << "| | |\n|---|---|\n| processor | " << processor << " |\n| library | " << version->Name << ' '
