@@ -90,7 +90,7 @@ void convolveFew(const T* x, int64_t n, const T* taps, int tapsLen, T* y) {
     T results[kRoom + kWhole];
     copyElements(x, joint + past, n);
     zeroElements(joint + past + n, whole - n);
-    convolveInTime(taps, tapsLen, joint + past, results, whole);
+    DirectFilter<T>(taps, tapsLen).runAmongZeros(joint + past, n, results, whole);
     return copyElements(results, y, n + past);
   }
   const int64_t head = past < n ? past : n;

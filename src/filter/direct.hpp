@@ -27,6 +27,11 @@ class DirectFilter {
     if (i < n) finish<kOutputs>(x, y, i, n);
   }
 
+  // The same of x[0 .. count - 1] among zeros, in whole vectors: what is only zeros takes no time.
+  void runAmongZeros(const T* x, std::ptrdiff_t count, T* y, std::ptrdiff_t n) const {
+    blocksAmongZeros<kOutputs>(x, count, y, 0, n);
+  }
+
  private:
   using R = Real<T>;
   using V = Vec<R>;
@@ -50,11 +55,19 @@ class DirectFilter {
   struct Inputs {
     const T* x;
     OVKS_INLINE V operator()(std::ptrdiff_t i) const { return load<V>(x + i); }
+    static constexpr bool any(std::ptrdiff_t) { return true; }
+  };
+  struct InputsAmongZeros {
+    const T* x;
+    std::ptrdiff_t first, count;
+    OVKS_INLINE V operator()(std::ptrdiff_t i) const { return load<V>(x + first + i); }
+    OVKS_INLINE bool any(std::ptrdiff_t i) const { return first + i > -E && first + i < count; }
   };
   struct FewInputs {
     const T* x;
     std::ptrdiff_t n;
     OVKS_INLINE V operator()(std::ptrdiff_t i) const { return loadPart<V>(reals(x + i), n * P); }
+    static constexpr bool any(std::ptrdiff_t) { return true; }
   };
 
   // Outputs i .. n - 1, fewer than J vectors: the last block overlaps what has been written.
@@ -78,6 +91,16 @@ class DirectFilter {
     Accumulators<J> a;
     accumulate(a, Inputs{x});
     for (int j = 0; j < J; ++j) store(y + j * E, a.result(j));
+  }
+
+  template <int J>
+  void blocksAmongZeros(const T* x, std::ptrdiff_t count, T* y, std::ptrdiff_t i, std::ptrdiff_t n) const {
+    for (; i + J * E <= n; i += J * E) {
+      Accumulators<J> a;
+      accumulate(a, InputsAmongZeros{x, i, count});
+      for (int j = 0; j < J; ++j) store(y + i + j * E, a.result(j));
+    }
+    if constexpr (J > 1) blocksAmongZeros<J / 2>(x, count, y, i, n);
   }
 
   void part(const T* x, T* y, std::ptrdiff_t n) const {
@@ -157,6 +180,7 @@ class DirectFilter {
     }
 #pragma GCC unroll 32
     for (int m = J - 1; m > -I; --m) {
+      if (!at.any(m * E - k)) continue;
       const V x = inRegister(at(m * E - k));
 #pragma GCC unroll 4
       for (int i = 0; i < I; ++i) {
