@@ -144,7 +144,7 @@ TYPED_TEST_SUITE(FirTest, Floating);
 TYPED_TEST(FirTest, EveryTapCountOnEveryPath) {
   using T = typename TypeParam::T;
   Noise noise(1);
-  for (std::size_t L = 1; L <= 300; L += L < 70 ? 1 : 23) {
+  for (std::size_t L = 1; L <= 300; ++L) {
     const auto taps = noise.sequence<T>(L);
     const auto x = noise.sequence<T>(97 + 5 * L % 450);
     expectNear(taps, x, Filter<T, T>(taps, FilterAlgDirect).run(x, {static_cast<int>(x.size())}));
