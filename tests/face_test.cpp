@@ -26,15 +26,15 @@ std::ptrdiff_t alignedBlocks = 0;  // in use
 }  // namespace
 
 void* operator new(std::size_t size, std::align_val_t alignment) {
-  const std::size_t unit = static_cast<std::size_t>(alignment);
-  void* const p = std::aligned_alloc(unit, (size + unit - 1) / unit * unit);
+  // The library's memory is aligned to 64 bytes, on every system.
+  void* const p = static_cast<std::size_t>(alignment) <= 64 ? ovksMalloc_8u(static_cast<int>(size)) : nullptr;
   if (!p) throw std::bad_alloc();
   ++alignedBlocks;
   return p;
 }
 void operator delete(void* p, std::align_val_t) noexcept {
   if (p) --alignedBlocks;
-  std::free(p);
+  ovksFree(p);
 }
 
 namespace {
