@@ -152,9 +152,9 @@ Status convolveByTransform(const Plan& plan, const T* longer, const T* shorter, 
   zeroElements(spectrum + plan.shorter, N - plan.shorter);
   if (const Status s = F::kForward(spectrum, spectrum, spec, start + areas.work)) return s;
   const SpectralFilter<T> filter{spec, spectrum, static_cast<int>(N), start + areas.work};
-  const int taps = static_cast<int>(plan.shorter);
   if (!plan.inOneTransform()) {
-    return overlapSave<T>(filter, taps, nullptr, longer, plan.longer, pDst, plan.results(), block);
+    const Sequence<T> input = {nullptr, longer, plan.shorter - 1, plan.longer};
+    return overlapSave(filter, input, pDst, plan.results(), block);
   }
   copyElements(longer, block, plan.longer);
   zeroElements(block + plan.longer, N - plan.longer);

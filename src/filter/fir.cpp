@@ -55,11 +55,20 @@ struct Filtering {
   Status run(const T* history, const T* src, T* dst, int n) const {
     if (!byTransform) return direct(history, src, dst, n);
     const SpectralFilter<T> filter{header.fft, header.spectrum, header.length, work};
-    return overlapSave(filter, header.tapsLen, history, src, n, dst, n, block);
+    return overlapSave(filter, Sequence<T>{history, src, past(), n}, dst, n, block);
   }
 
-  // The inputs up to the first that has its whole history before it go through a joint copy.
+  // The inputs up to the first that has its whole history before it go through a joint copy; so does all of a short
+  // block, whose parts would each be too short for the kernels to be at their best.
   Status direct(const T* history, const T* src, T* dst, int n) const {
+    constexpr int kShort = 4096 / sizeof(T);
+    if (past() + int64_t{n} <= kShort) {
+      alignas(64) T whole[kShort];
+      copyOrZero(history, whole, past());
+      copyElements(src, whole + past(), n);
+      convolveInTime(header.taps, header.tapsLen, whole + past(), dst, n);
+      return StatusOk;
+    }
     const int first = past() < n ? past() : n;
     copyOrZero(history, joint, past());
     copyElements(src, joint + past(), first);

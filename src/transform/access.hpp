@@ -123,10 +123,10 @@ struct Interleaved {
   using Order = ByChunks;
   T* p;
 
-  template <class V>
+  template <class V, class To = Order>
   OVKS_INLINE Complex<V> get(std::ptrdiff_t i) const {
     const V a = load<V>(p + 2 * i), b = load<V>(p + 2 * i + lanes<V>);
-    return {shuffle2<detail::Parts<Order, 0>>(a, b), shuffle2<detail::Parts<Order, 1>>(a, b)};
+    return {shuffle2<detail::Parts<To, 0>>(a, b), shuffle2<detail::Parts<To, 1>>(a, b)};
   }
   template <class From = Order, class V>
   OVKS_INLINE void put(std::ptrdiff_t i, Complex<V> x) const {

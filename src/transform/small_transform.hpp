@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The complex transforms of up to 64 points, 128 with AVX-512: one straight-line kernel each, no tables of the specification, no buffer.
+// The complex transforms of up to 64 points, 128 (64f) or 256 (32f) with AVX-512: one straight-line kernel each, no
+// tables of the specification, no buffer.
 #pragma once
 
 #include "transform/passes.hpp"
@@ -157,6 +158,13 @@ constexpr int shortRowLanes(int order) {
   return order == 5 && kLanes<T> > 8 ? 8 : kLanes<T>;
 }
 
+// More points, in rows of L.
+template <Direction D, int order, int L, class T, class Points, class Out>
+OVKS_INLINE void transformRows(Points src, Out out) {
+  if constexpr (L * L > 1 << order) longRowsTransform<D, order, L, T>(src, out);
+  else rowsTransform<D, order, L, T>(src, out);
+}
+
 // src and dst may be the same: everything is read before anything is written.
 template <Direction D, int order, bool scale, class T, class Points>
 void transformShort(Points src, Points dst, [[maybe_unused]] T factor) {
@@ -173,8 +181,7 @@ void transformShort(Points src, Points dst, [[maybe_unused]] T factor) {
     constexpr int L = shortRowLanes<T>(order);
     const auto out = [&]<class Order = typename Points::Order>(auto i, auto x)
                          __attribute__((always_inline)) { dst.template put<Order>(i, scaled(x)); };
-    if constexpr (L * L > 1 << order) longRowsTransform<D, order, L, T>(src, out);
-    else rowsTransform<D, order, L, T>(src, out);
+    transformRows<D, order, L, T>(src, out);
   }
 }
 
