@@ -24,15 +24,14 @@ template <class V>
 struct Argument {
   V x, inverse, inverseRoot;
 
-  OVKS_INLINE explicit Argument(V v)
-      : x(v), inverse(broadcast<V>(1) / v), inverseRoot(squareRoot(inverse)) {}
+  OVKS_INLINE explicit Argument(V v) : x(v), inverse(broadcast<V>(1) / v), inverseRoot(squareRoot(inverse)) {}
 };
 
 template <class V>
 OVKS_INLINE V besselLarge(const Argument<V>& a) {
   return expBounded(a.x) * a.inverseRoot *
-         polynomialByPairs(a.inverse * broadcast<V>(1 / 0.26666666666666666), 0.39894228, 0.01328592, 0.00225319,
-                           -0.00157565, 0.00916281, -0.02057706, 0.02635537, -0.01647633, 0.00392377);
+         polynomial(a.inverse * broadcast<V>(1 / 0.26666666666666666), 0.39894228, 0.01328592, 0.00225319, -0.00157565,
+                    0.00916281, -0.02057706, 0.02635537, -0.01647633, 0.00392377);
 }
 
 // For arguments that do not fall from lane to lane.
