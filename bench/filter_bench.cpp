@@ -3,25 +3,16 @@
 //
 // --sweep=FILE.csv measures filters of 1..300 taps instead, by each algorithm, and says what the automatic choice costs
 // at most above the better one.
-#include <ovks.h>
-#include <sched.h>
-
-#include <algorithm>
-#include <chrono>
-#include <complex>
-#include <cstdio>
-#include <cstring>
-#include <fstream>
-#include <iterator>
-#include <memory>
 #include <string>
-#include <vector>
 
+#include "filter_calls.hpp"
 #include "filter_plain.hpp"
+#include "filter_sweep.hpp"
+#include "filter_timing.hpp"
 #include "support/report.hpp"
 
 #ifdef OVKS_HAVE_FFTW
-#include <fftw3.h>
+#include "filter_fftw.hpp"
 #endif
 #ifdef OVKS_HAVE_LIQUID
 #include <liquid/liquid.h>
@@ -32,132 +23,7 @@
 
 namespace {
 
-struct Free {
-  void operator()(void* p) const { ovksFree(p); }
-};
-using Bytes = std::shared_ptr<uint8_t>;
-
-Bytes bytes(int64_t n) { return Bytes(n > 0 ? ovksMalloc_8u(static_cast<int>(n)) : nullptr, Free{}); }
-
-// n elements, small and not all the same.
-template <class T>
-std::shared_ptr<T> vector(int n) {
-  const Bytes memory = bytes(n * int64_t{sizeof(T)});
-  T* p = reinterpret_cast<T*>(memory.get());
-  for (int i = 0; i < n; ++i) p[i] = static_cast<T>(static_cast<float>(i % 17 - 8) / 64);
-  return {memory, p};
-}
-
-using Nanoseconds = std::chrono::duration<double, std::nano>;
-
-template <class F>
-double timeOnce(F call, int calls) {
-  const auto start = std::chrono::steady_clock::now();
-  for (int i = 0; i < calls; ++i) call();
-  return Nanoseconds(std::chrono::steady_clock::now() - start).count() / calls;
-}
-
-// The fastest of few, for a choice among peers' settings.
-template <class F>
-double quickest(F call) {
-  double best = timeOnce(call, 1);
-  for (int i = 0; i < 9; ++i) best = std::min(best, timeOnce(call, 1));
-  return best;
-}
-
-// What the library has for an element type.
-template <class T>
-struct Api;
-
-template <>
-struct Api<float> {
-  static constexpr const char* kName = "32f";
-  static constexpr DataType kType = DataType32f;
-  static constexpr int kMultiplyAdds = 1;
-  using Real = float;
-  using Element = float;
-  using Spec = FIRSRSpec_32f;
-  static constexpr auto kInit = ovksFIRSRInit_32f;
-  static constexpr auto kRun = ovksFIRSR_32f;
-};
-
-template <>
-struct Api<double> {
-  static constexpr const char* kName = "64f";
-  static constexpr DataType kType = DataType64f;
-  static constexpr int kMultiplyAdds = 1;
-  using Real = double;
-  using Element = double;
-  using Spec = FIRSRSpec_64f;
-  static constexpr auto kInit = ovksFIRSRInit_64f;
-  static constexpr auto kRun = ovksFIRSR_64f;
-};
-
-template <>
-struct Api<std::complex<float>> {
-  static constexpr const char* kName = "32fc";
-  static constexpr DataType kType = DataType32fc;
-  static constexpr int kMultiplyAdds = 4;
-  using Real = float;
-  using Element = Complex32f;
-  using Spec = FIRSRSpec_32fc;
-  static constexpr auto kInit = ovksFIRSRInit_32fc;
-  static constexpr auto kRun = ovksFIRSR_32fc;
-};
-
-template <>
-struct Api<std::complex<double>> {
-  static constexpr const char* kName = "64fc";
-  static constexpr DataType kType = DataType64fc;
-  static constexpr int kMultiplyAdds = 4;
-  using Real = double;
-  using Element = Complex64f;
-  using Spec = FIRSRSpec_64fc;
-  static constexpr auto kInit = ovksFIRSRInit_64fc;
-  static constexpr auto kRun = ovksFIRSR_64fc;
-};
-
-// A filter of the library's, with its areas and a delay line that goes from call to call.
-template <class T>
-class Filter {
-  using A = Api<T>;
-  using Element = typename A::Element;
-  using Spec = typename A::Spec;
-
- public:
-  Filter(const T* taps, int tapsLen, FilterAlg algorithm) : delay_(vector<T>(tapsLen)) {
-    int specSize, bufferSize;
-    ovksFIRSRGetSize(tapsLen, A::kType, &specSize, &bufferSize);
-    spec_ = bytes(specSize);
-    buffer_ = bytes(bufferSize);
-    A::kInit(reinterpret_cast<const Element*>(taps), tapsLen, algorithm, spec());
-  }
-
-  void operator()(const T* src, T* dst, int n) const {
-    const auto delay = reinterpret_cast<Element*>(delay_.get());
-    A::kRun(reinterpret_cast<const Element*>(src), reinterpret_cast<Element*>(dst), n, spec(), delay, delay,
-            buffer_.get());
-  }
-
- private:
-  Spec* spec() const { return reinterpret_cast<Spec*>(spec_.get()); }
-
-  std::shared_ptr<T> delay_;
-  Bytes spec_, buffer_;
-};
-
-// Taps, and samples with a history before them, which the peers read where it is.
-template <class T>
-struct Data {
-  Data(int samples, int tapCount)
-      : n(samples), tapsLen(tapCount), joint(vector<T>(n + tapsLen)), taps(vector<T>(tapsLen)), out(vector<T>(n)) {}
-
-  const T* src() const { return joint.get() + tapsLen - 1; }
-  T* dst() const { return out.get(); }
-
-  int n, tapsLen;
-  std::shared_ptr<T> joint, taps, out;
-};
+using namespace bench;
 
 template <class T>
 std::string rowName(const char* what, int tapsLen) {
@@ -195,8 +61,7 @@ void directRow(int n, int tapsLen) {
   const Filter<T> filter(data.taps.get(), tapsLen, FilterAlgDirect);
   bench::add(name, n, "ovks", [=] { filter(data.src(), data.dst(), n); });
   bench::add(name, n, "loop", [=] { plain::fir(data.src(), data.dst(), n, data.taps.get(), tapsLen); });
-  bench::add(name, n, "limit",
-             [=] { plain::peak(typename A::Real{}, int64_t{1} * n * tapsLen * A::kMultiplyAdds); });
+  bench::add(name, n, "limit", [=] { plain::peak(typename A::Real{}, int64_t{1} * n * tapsLen * A::kMultiplyAdds); });
   if constexpr (sizeof(typename A::Real) == sizeof(float)) {
 #ifdef OVKS_HAVE_VOLK
     bench::add(name, n, "volk", [=] {
@@ -209,89 +74,6 @@ void directRow(int n, int tapsLen) {
 #endif
   }
 }
-
-#ifdef OVKS_HAVE_FFTW
-// Filtering by FFTW's transforms of length N, which have room of their own.
-class FftwFilter {
- public:
-  FftwFilter(int N, const float* taps, int tapsLen)
-      : N_(N), past_(tapsLen - 1), block_(vector<float>(N + 2)), spectrum_(vector<float>(N + 2)) {
-    const auto room = vector<float>(N + 2);
-    work_ = room;
-    forward_ = fftwf_plan_dft_r2c_1d(N, block_.get(), complexes(work_), FFTW_MEASURE);
-    inverse_ = fftwf_plan_dft_c2r_1d(N, complexes(work_), block_.get(), FFTW_MEASURE);
-    std::fill_n(block_.get(), N, 0.0f);
-    for (int i = 0; i < tapsLen; ++i) block_.get()[i] = taps[i] / static_cast<float>(N);
-    fftwf_execute_dft_r2c(forward_, block_.get(), complexes(spectrum_));
-  }
-
-  // Overlap-save; src has its history before it, and is followed by zeros after available samples.
-  void run(const float* src, int available, float* dst, int n) const {
-    const int S = N_ - past_;
-    for (int done = 0; done < n; done += S) {
-      const int have = std::clamp(available - done + past_, 0, N_);
-      std::memcpy(block_.get(), src + done - past_, have * sizeof(float));
-      std::fill(block_.get() + have, block_.get() + N_, 0.0f);
-      apply();
-      std::memcpy(dst + done, block_.get() + past_, std::min(S, n - done) * sizeof(float));
-    }
-  }
-
-  // One transform for the whole result.
-  void convolve(const float* src, int available, float* dst, int n) const {
-    std::memcpy(block_.get(), src, available * sizeof(float));
-    std::fill(block_.get() + available, block_.get() + N_, 0.0f);
-    apply();
-    std::memcpy(dst, block_.get(), n * sizeof(float));
-  }
-
- private:
-  static fftwf_complex* complexes(const std::shared_ptr<float>& p) {
-    return reinterpret_cast<fftwf_complex*>(p.get());
-  }
-
-  void apply() const {
-    fftwf_execute(forward_);
-    plain::multiply(spectrum_.get(), work_.get(), N_ / 2 + 1);
-    fftwf_execute(inverse_);
-  }
-
-  int N_, past_;
-  std::shared_ptr<float> block_, spectrum_, work_;
-  fftwf_plan forward_, inverse_;  // for the life of the program
-};
-
-// The best of several lengths by trial.
-template <class Run>
-FftwFilter bestFftw(const std::vector<int>& lengths, const float* taps, int tapsLen, Run run) {
-  std::vector<FftwFilter> filters;
-  std::vector<double> times;
-  for (const int N : lengths) {
-    filters.emplace_back(N, taps, tapsLen);
-    times.push_back(quickest([&] { run(filters.back()); }));
-  }
-  return filters[std::min_element(times.begin(), times.end()) - times.begin()];
-}
-
-std::vector<int> blockLengths(int tapsLen) {
-  std::vector<int> lengths;
-  int N = 2;
-  while (N < 2 * (tapsLen - 1)) N *= 2;
-  for (int i = 0; i < 5; ++i) lengths.push_back(N << i);
-  return lengths;
-}
-
-// Small primes do as well as powers of two.
-std::vector<int> wholeLengths(int results) {
-  std::vector<int> lengths;
-  for (const int odd : {1, 3, 5, 9, 15}) {
-    int N = 2 * odd;
-    while (N < results) N *= 2;
-    lengths.push_back(N);
-  }
-  return lengths;
-}
-#endif
 
 void transformRow(int n, int tapsLen) {
   const std::string name = rowName<float>(" FFT:", tapsLen);
@@ -358,9 +140,8 @@ void convolveRow(int longer, int shorter, FilterAlg algorithm = FilterAlgAuto) {
     (void)joint, ovksConvolve_32f(src, longer, taps.get(), shorter, out.get(), algorithm, buffer.get());
   });
   if (longer <= 1024) {
-    bench::add(name, results, "loop", [=] {
-      (void)joint, plain::convolve(src, longer, taps.get(), shorter, out.get());
-    });
+    bench::add(name, results, "loop",
+               [=] { (void)joint, plain::convolve(src, longer, taps.get(), shorter, out.get()); });
   }
   // No limit of multiply-adds where transforms need fewer.
   if (shorter <= 64) {
@@ -378,69 +159,12 @@ void convolveRow(int longer, int shorter, FilterAlg algorithm = FilterAlgAuto) {
 #endif
 }
 
-// Medians of interleaved runs by automatic choice, in the time domain, and by transforms.
-template <class T>
-void sweep(int n, std::ostream& csv) {
-  constexpr FilterAlg kAlgorithms[] = {FilterAlgAuto, FilterAlgDirect, FilterAlgFFT};
-  constexpr int kMostTaps = 300, kRepetitions = 15;
-  constexpr double kSlice = 40000;
-  double worst = 0;
-  int worstTaps = 0, above = 0, crossing = 0;
-  for (int tapsLen = 1; tapsLen <= kMostTaps; ++tapsLen) {
-    const Data<T> data(n, tapsLen);
-    std::vector<Filter<T>> filters;
-    for (const FilterAlg algorithm : kAlgorithms) filters.emplace_back(data.taps.get(), tapsLen, algorithm);
-    std::vector<double> times[3];
-    int calls[3];
-    for (int a = 0; a < 3; ++a) {
-      calls[a] = 1 + static_cast<int>(kSlice / quickest([&] { filters[a](data.src(), data.dst(), n); }));
-    }
-    for (int i = 0; i < kRepetitions; ++i) {
-      for (int a = 0; a < 3; ++a) {
-        times[a].push_back(timeOnce([&] { filters[a](data.src(), data.dst(), n); }, calls[a]));
-      }
-    }
-    double median[3];
-    for (int a = 0; a < 3; ++a) {
-      std::nth_element(times[a].begin(), times[a].begin() + kRepetitions / 2, times[a].end());
-      median[a] = times[a][kRepetitions / 2] / n;
-    }
-    const double ratio = median[0] / std::min(median[1], median[2]);
-    csv << Api<T>::kName << ',' << n << ',' << tapsLen;
-    for (const double ns : median) csv << ',' << ns;
-    csv << '\n';
-    if (ratio > worst) worst = ratio, worstTaps = tapsLen;
-    if (ratio > 1.3) ++above;
-    if (!crossing && median[2] < median[1]) crossing = tapsLen;
-  }
-  std::printf("%-5s %6d %12.2f %5d %16d %22d\n", Api<T>::kName, n, worst, worstTaps, above, crossing);
-  std::fflush(stdout);
-}
-
-int sweepAll(const std::string& path) {
-  cpu_set_t set;
-  CPU_ZERO(&set);
-  CPU_SET(sched_getcpu(), &set);
-  sched_setaffinity(0, sizeof set, &set);
-  std::ofstream csv(path);
-  if (!csv) return 1;
-  csv << "type,block,taps,auto_ns,direct_ns,fft_ns\n";
-  std::printf("%-5s %6s %12s %5s %16s %22s\n", "type", "block", "worst ratio", "taps", "taps above 1.3", "FFT first ahead at");
-  for (const int n : {256, 512, 4096}) {
-    sweep<float>(n, csv);
-    sweep<double>(n, csv);
-    sweep<std::complex<float>>(n, csv);
-    sweep<std::complex<double>>(n, csv);
-  }
-  return 0;
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
   for (int i = 1; i < argc; ++i) {
     const std::string word = argv[i];
-    if (word.rfind("--sweep=", 0) == 0) return sweepAll(word.substr(8));
+    if (word.rfind("--sweep=", 0) == 0) return sweepTaps(word.substr(8));
   }
   // 16 KB of samples: source and destination stay in L1.
   for (const int taps : {4, 16, 32, 64, 256}) directRow<float>(4096, taps);
