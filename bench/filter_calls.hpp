@@ -15,7 +15,7 @@ struct Free {
 };
 using Bytes = std::shared_ptr<uint8_t>;
 
-Bytes bytes(int64_t n) { return Bytes(n > 0 ? ovksMalloc_8u(static_cast<int>(n)) : nullptr, Free{}); }
+inline Bytes bytes(int64_t n) { return Bytes(n > 0 ? ovksMalloc_8u(static_cast<int>(n)) : nullptr, Free{}); }
 
 // n elements, small and not all the same.
 template <class T>
