@@ -41,6 +41,19 @@ struct Histogram {
   }
 };
 
+// count copies of x, and more where there is room up to the end: whole vectors, which do not depend on the count.
+template <class K>
+OVKS_INLINE void fillAhead(K* p, std::ptrdiff_t count, K x, const K* end) {
+  using V = Vec<K>;
+  const V v = broadcast<V>(x);
+  const K* const next = p + count;
+  for (; end - p >= lanes<V>; p += lanes<V>) {
+    store(p, v);
+    if (p + lanes<V> >= next) return;
+  }
+  if (p < next) storePart(p, v, next - p);
+}
+
 // Sorts keys of less than 256 values from `low` on into elements.
 template <class K>
 void countFewValues(K* p, std::ptrdiff_t n, const Order<K>& order, K low) {
@@ -48,10 +61,11 @@ void countFewValues(K* p, std::ptrdiff_t n, const Order<K>& order, K low) {
   // The low byte tells less than 256 values apart, wherever they begin.
   const auto byte = [](K key) { return static_cast<unsigned char>(key); };
   histogram.count(p, n, byte);
-  for (int k = 0; k < 256; ++k) {
+  const K* const end = p + n;
+  for (int k = 0; p < end; ++k) {
     const auto key = static_cast<K>(low + k);
     const uint32_t count = histogram[byte(key)];
-    fill(p, count, elementOf(order, key));
+    fillAhead(p, count, elementOf(order, key), end);
     p += count;
   }
 }
