@@ -13,52 +13,30 @@ struct TransformSizes {
   int spec = 0, init = 0, work = 0;
 };
 
+template <class SpecType, auto getSize, auto init, auto forward, auto inverse, auto multiplyInPlace>
+struct TransformCalls {
+  using Spec = SpecType;
+  static constexpr auto kGetSize = getSize;
+  static constexpr auto kInit = init;
+  static constexpr auto kForward = forward;
+  static constexpr auto kInverse = inverse;
+  static constexpr auto kMultiplyInPlace = multiplyInPlace;
+};
+
 template <class T>
 struct Transforms;
-
 template <>
-struct Transforms<float> {
-  using Spec = FFTSpec_R_32f;
-  static constexpr auto kGetSize = ovksFFTGetSize_R_32f;
-  static constexpr auto kInit = ovksFFTInit_R_32f;
-  static constexpr auto kForward = ovksFFTFwd_RToPerm_32f;
-  static constexpr auto kInverse = ovksFFTInv_PermToR_32f;
-  static constexpr auto kMultiplyInPlace = ovksMulPerm_32f_I;
-  static constexpr auto kMultiply = ovksMulPerm_32f;
-};
-
+struct Transforms<float> : TransformCalls<FFTSpec_R_32f, ovksFFTGetSize_R_32f, ovksFFTInit_R_32f,
+                                          ovksFFTFwd_RToPerm_32f, ovksFFTInv_PermToR_32f, ovksMulPerm_32f_I> {};
 template <>
-struct Transforms<double> {
-  using Spec = FFTSpec_R_64f;
-  static constexpr auto kGetSize = ovksFFTGetSize_R_64f;
-  static constexpr auto kInit = ovksFFTInit_R_64f;
-  static constexpr auto kForward = ovksFFTFwd_RToPerm_64f;
-  static constexpr auto kInverse = ovksFFTInv_PermToR_64f;
-  static constexpr auto kMultiplyInPlace = ovksMulPerm_64f_I;
-  static constexpr auto kMultiply = ovksMulPerm_64f;
-};
-
+struct Transforms<double> : TransformCalls<FFTSpec_R_64f, ovksFFTGetSize_R_64f, ovksFFTInit_R_64f,
+                                           ovksFFTFwd_RToPerm_64f, ovksFFTInv_PermToR_64f, ovksMulPerm_64f_I> {};
 template <>
-struct Transforms<Complex32f> {
-  using Spec = FFTSpec_C_32fc;
-  static constexpr auto kGetSize = ovksFFTGetSize_C_32fc;
-  static constexpr auto kInit = ovksFFTInit_C_32fc;
-  static constexpr auto kForward = ovksFFTFwd_CToC_32fc;
-  static constexpr auto kInverse = ovksFFTInv_CToC_32fc;
-  static constexpr auto kMultiplyInPlace = ovksMul_32fc_I;
-  static constexpr auto kMultiply = ovksMul_32fc;
-};
-
+struct Transforms<Complex32f> : TransformCalls<FFTSpec_C_32fc, ovksFFTGetSize_C_32fc, ovksFFTInit_C_32fc,
+                                               ovksFFTFwd_CToC_32fc, ovksFFTInv_CToC_32fc, ovksMul_32fc_I> {};
 template <>
-struct Transforms<Complex64f> {
-  using Spec = FFTSpec_C_64fc;
-  static constexpr auto kGetSize = ovksFFTGetSize_C_64fc;
-  static constexpr auto kInit = ovksFFTInit_C_64fc;
-  static constexpr auto kForward = ovksFFTFwd_CToC_64fc;
-  static constexpr auto kInverse = ovksFFTInv_CToC_64fc;
-  static constexpr auto kMultiplyInPlace = ovksMul_64fc_I;
-  static constexpr auto kMultiply = ovksMul_64fc;
-};
+struct Transforms<Complex64f> : TransformCalls<FFTSpec_C_64fc, ovksFFTGetSize_C_64fc, ovksFFTInit_C_64fc,
+                                               ovksFFTFwd_CToC_64fc, ovksFFTInv_CToC_64fc, ovksMul_64fc_I> {};
 
 template <class T>
 inline Status transformSizes(int order, TransformSizes& sizes) {
