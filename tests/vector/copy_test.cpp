@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ovkcore.h"
-#include "support/harness.hpp"
+#include "support/family.hpp"
 
 namespace {
 int questions = 0;
@@ -18,40 +18,25 @@ namespace {
 
 constexpr auto kIdentity = [](auto x) { return x; };
 
-TEST(Copy, Vectors) {
-  checkExports(kIdentity, ovksCopy_8u, ovksCopy_16s, ovksCopy_32s, ovksCopy_32f, ovksCopy_64s, ovksCopy_64f,
-               ovksCopy_16sc, ovksCopy_32sc, ovksCopy_32fc, ovksCopy_64sc, ovksCopy_64fc);
-}
-
-TEST(Set, Vectors) {
-  checkExports(kIdentity, ovksSet_8u, ovksSet_16s, ovksSet_32s, ovksSet_32f, ovksSet_64s, ovksSet_64f, ovksSet_16sc,
-               ovksSet_32sc, ovksSet_32fc, ovksSet_64sc, ovksSet_64fc);
-}
-
-template <class T>
-void checkZero(Status (*zero)(T*, int)) {
-  const auto nothing = [] {
-    if constexpr (ComplexElement<T>) return Complex<Real<T>>{};
-    else return Real<T>{};
-  };
-  checkExports(nothing, zero);
-}
+TEST(Copy, Vectors) { checkFamilies<"ovksCopy_", "ovksSet_", "ovksConvert_16s32f">(kIdentity); }
 
 TEST(Zero, Vectors) {
-  [](auto... zeros) { (checkZero(zeros), ...); }(ovksZero_8u, ovksZero_16s, ovksZero_32s, ovksZero_32f, ovksZero_64s,
-                                                 ovksZero_64f, ovksZero_16sc, ovksZero_32sc, ovksZero_32fc,
-                                                 ovksZero_64sc, ovksZero_64fc);
+  forFamilies<"ovksZero_">([]<class T>(Status (*zero)(T*, int)) {
+    const auto nothing = [] {
+      if constexpr (ComplexElement<T>) return Complex<Real<T>>{};
+      else return T{};
+    };
+    checkExports(nothing, zero);
+  });
 }
 
-TEST(Convert, Vectors) {
-  checkExports(kIdentity, ovksConvert_16s32f);
-  checkExports([](float x) { return Exact(x); }, ovksConvert_32f16s_Sfs);
-}
+constexpr auto kRounded = [](float x) { return Exact(x); };
+
+TEST(Convert, FloatsToIntegers) { checkFamilies<"ovksConvert_32f16s">(kRounded); }
 
 TEST(Convert, OtherRoundModes) {
   const float x[] = {0.5f, -0.5f, 0x1.fffffep-2f, 1.5f, -2.5f, 1e9f, -INFINITY, NAN};
-  for (const RoundMode mode : {-1, 3, INT_MAX})
-    checkOn(describe([](float v) { return Exact(v); }, ovksConvert_32f16s_Sfs), {x}, 8, mode, 0);
+  for (const RoundMode mode : {-1, 3, INT_MAX}) checkOn(describe(kRounded, ovksConvert_32f16s_Sfs), {x}, 8, mode, 0);
 }
 
 // Vectors that exceed the cache are written past it, whatever their alignment.

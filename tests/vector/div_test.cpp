@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "support/harness.hpp"
+#include "support/family.hpp"
 
 namespace ovks::test {
 namespace {
@@ -62,26 +62,14 @@ constexpr auto kQuotient = []<class T>(T divisor, T dividend) -> WithStatus<decl
   else return {overZero(dividend), StatusDivByZero};
 };
 
-constexpr auto kConstantDivisor = [](auto dividend, auto divisor) {
-  auto q = kQuotient(divisor, dividend);
-  if (q.status != StatusOk) q.status = StatusDivByZeroErr;
-  return q;
-};
-
-TEST(Div, Vectors) {
-  checkExports(kQuotient, ovksDiv_16s_ISfs, ovksDiv_16s_Sfs, ovksDiv_16sc_ISfs, ovksDiv_16sc_Sfs, ovksDiv_16u_ISfs,
-               ovksDiv_16u_Sfs, ovksDiv_32f, ovksDiv_32f_I, ovksDiv_32fc, ovksDiv_32fc_I, ovksDiv_32s16s_Sfs,
-               ovksDiv_32s_ISfs, ovksDiv_32s_Sfs, ovksDiv_64f, ovksDiv_64f_I, ovksDiv_64fc, ovksDiv_64fc_I,
-               ovksDiv_8u_ISfs, ovksDiv_8u_Sfs, ovksDiv_Round_16s_ISfs, ovksDiv_Round_16s_Sfs, ovksDiv_Round_16u_ISfs,
-               ovksDiv_Round_16u_Sfs, ovksDiv_Round_8u_ISfs, ovksDiv_Round_8u_Sfs);
-}
+TEST(Div, Vectors) { checkFamilies<"ovksDiv_", "ovksDivCRev_">(kQuotient); }
 
 TEST(Div, Constants) {
-  checkExports(kConstantDivisor, ovksDivC_16s_ISfs, ovksDivC_16s_Sfs, ovksDivC_16sc_ISfs, ovksDivC_16sc_Sfs,
-               ovksDivC_16u_ISfs, ovksDivC_16u_Sfs, ovksDivC_32f, ovksDivC_32f_I, ovksDivC_32fc, ovksDivC_32fc_I,
-               ovksDivC_64f, ovksDivC_64f_I, ovksDivC_64fc, ovksDivC_64fc_I, ovksDivC_64s_ISfs, ovksDivC_8u_ISfs,
-               ovksDivC_8u_Sfs);
-  checkExports(kQuotient, ovksDivCRev_16u, ovksDivCRev_16u_I, ovksDivCRev_32f, ovksDivCRev_32f_I);
+  checkFamilies<"ovksDivC_">([](auto dividend, auto divisor) {
+    auto q = kQuotient(divisor, dividend);
+    if (q.status != StatusOk) q.status = StatusDivByZeroErr;
+    return q;
+  });
 }
 
 TEST(Div, ZeroDivisors) {

@@ -1,11 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "support/harness.hpp"
+#include "support/family.hpp"
 
 namespace ovks::test {
 namespace {
-
-constexpr auto kProduct = [](auto a, auto b) { return a * b; };
-constexpr auto kSquare = [](auto a) { return a * a; };
 
 // sum + p + q, at most two of the three operations rounding.
 template <class T>
@@ -24,44 +21,32 @@ Complex<Near> productSum(Complex<T> c, Complex<T> a, Complex<T> b) {
           twiceRounded<T>(c.im, L{a.re} * b.im, L{a.im} * b.re)};
 }
 
-TEST(Mul, Vectors) {
-  checkExports(kProduct, ovksMul_16s, ovksMul_16s32f, ovksMul_16s32s_Sfs, ovksMul_16s_I, ovksMul_16s_ISfs,
-               ovksMul_16s_Sfs, ovksMul_16sc_ISfs, ovksMul_16sc_Sfs, ovksMul_16u16s_Sfs, ovksMul_16u_ISfs,
-               ovksMul_16u_Sfs, ovksMul_32f, ovksMul_32f32fc, ovksMul_32f32fc_I, ovksMul_32f_I, ovksMul_32s_ISfs,
-               ovksMul_32s_Sfs, ovksMul_32sc_ISfs, ovksMul_32sc_Sfs, ovksMul_64f, ovksMul_64f_I, ovksMul_8u16u,
-               ovksMul_8u_ISfs, ovksMul_8u_Sfs);
-}
+constexpr auto kProduct = []<class A, class B>(A a, B b) {
+  constexpr bool floating = requires { requires std::is_same_v<A, B> && std::floating_point<decltype(a.re)>; };
+  if constexpr (floating) return productSum({}, a, b);
+  else return a * b;
+};
+constexpr auto kSquare = [](auto a) { return kProduct(a, a); };
 
-TEST(Mul, Constants) {
-  checkExports(kProduct, ovksMulC_16s_I, ovksMulC_16s_ISfs, ovksMulC_16s_Sfs, ovksMulC_16sc_ISfs, ovksMulC_16sc_Sfs,
-               ovksMulC_16u_ISfs, ovksMulC_16u_Sfs, ovksMulC_32f, ovksMulC_32f_I, ovksMulC_32s_ISfs, ovksMulC_32s_Sfs,
-               ovksMulC_32sc_ISfs, ovksMulC_32sc_Sfs, ovksMulC_64f, ovksMulC_64f_I, ovksMulC_64s_ISfs, ovksMulC_8u_ISfs,
-               ovksMulC_8u_Sfs);
+TEST(Mul, VectorsAndConstants) {
+  checkFamilies<"ovksMul_", "ovksMulC_16", "ovksMulC_32s", "ovksMulC_32fc", "ovksMulC_64fc", "ovksMulC_64s",
+                "ovksMulC_8u">(kProduct);
+  checkExports(kProduct, ovksMulC_32f, ovksMulC_32f_I, ovksMulC_64f, ovksMulC_64f_I);
 }
 
 TEST(Mul, FloatsToIntegers) {
-  checkExports([](auto x, auto c) { return Exact(static_cast<decltype(c)>(x) * c); }, ovksMulC_32f16s_Sfs,
-               ovksMulC_64f64s_ISfs, ovksMulC_Low_32f16s);
+  checkFamilies<"ovksMulC_32f16s", "ovksMulC_64f64s", "ovksMulC_Low">([](auto x, auto c) { return Exact(x * c); });
 }
 
-TEST(Mul, ComplexFloats) {
-  checkExports([](auto a, auto b) { return productSum({}, a, b); }, ovksMul_32fc, ovksMul_32fc_I, ovksMul_64fc,
-               ovksMul_64fc_I, ovksMulC_32fc, ovksMulC_32fc_I, ovksMulC_64fc, ovksMulC_64fc_I);
-  checkExports([](auto a) { return productSum({}, a, a); }, ovksSqr_32fc, ovksSqr_32fc_I, ovksSqr_64fc, ovksSqr_64fc_I);
-  checkExports([](auto a, auto b, auto c) { return productSum(c, a, b); }, ovksAddProduct_32fc, ovksAddProduct_64fc);
-}
+TEST(Mul, Squares) { checkFamilies<"ovksSqr_">(kSquare); }
 
-TEST(Sqr, Vectors) {
-  checkExports(kSquare, ovksSqr_16s_ISfs, ovksSqr_16s_Sfs, ovksSqr_16sc_ISfs, ovksSqr_16sc_Sfs, ovksSqr_16u_ISfs,
-               ovksSqr_16u_Sfs, ovksSqr_32f, ovksSqr_32f_I, ovksSqr_64f, ovksSqr_64f_I, ovksSqr_8u_ISfs,
-               ovksSqr_8u_Sfs);
-}
-
-TEST(AddProduct, Vectors) {
-  checkExports([](auto a, auto b, auto c) { return c + a * b; }, ovksAddProduct_16s32s_Sfs, ovksAddProduct_16s_Sfs,
-               ovksAddProduct_32s_Sfs);
-  checkExports([](auto a, auto b, auto c) { return std::fma(a, b, c); }, ovksAddProduct_32f, ovksAddProduct_64f,
-               ovksAddProductC_32f);
+TEST(Mul, AddedProducts) {
+  checkFamilies<"ovksAddProduct_">([]<class T>(auto a, auto b, T c) {
+    if constexpr (ComplexElement<T>) return productSum(c, a, b);
+    else if constexpr (std::floating_point<T>) return std::fma(a, b, c);
+    else return c + a * b;
+  });
+  checkFamilies<"ovksAddProductC_">([](auto a, auto b, auto c) { return std::fma(a, b, c); });
 }
 
 // Every tie and every limit of the factors that have code of their own.
