@@ -1,12 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include <gtest/gtest.h>
-
-#include <cstdint>
-#include <cstring>
-
 #include "ovkcore.h"
-#include "ovks.h"
+#include "support/family.hpp"
 
+namespace ovks::test {
 namespace {
 
 bool isAligned(const void* p) { return reinterpret_cast<std::uintptr_t>(p) % 64 == 0; }
@@ -33,10 +29,7 @@ void checkMalloc(T* (*allocate)(int)) {
 }
 
 TEST(Malloc, EveryType) {
-  [](auto... f) { (checkMalloc(f), ...); }(ovksMalloc_8u, ovksMalloc_8s, ovksMalloc_16u, ovksMalloc_16s, ovksMalloc_8sc,
-                                           ovksMalloc_32u, ovksMalloc_32s, ovksMalloc_32f, ovksMalloc_16sc,
-                                           ovksMalloc_64f, ovksMalloc_64s, ovksMalloc_32fc, ovksMalloc_32sc,
-                                           ovksMalloc_64fc, ovksMalloc_64sc);
+  forFamilies<"ovksMalloc_">([](auto allocate) { checkMalloc(allocate); });
   ovksFree(nullptr);
 }
 
@@ -78,17 +71,17 @@ TEST(Companion, Aligns) {
 }
 
 TEST(Companion, KnowsTheProcessor) {
-  const auto supported = [](int feature) { return feature ? 1 : 0; };
   EXPECT_EQ(ownGetFeature(0), 1);
   EXPECT_EQ(ownGetFeature(std::uint64_t{1} << 63), 0);
   EXPECT_GE(ownGetFeature(OvkFeatureF16C), ownGetFeature(OvkFeatureAVX2));
-  EXPECT_EQ(ownGetFeature(OvkFeatureFMA), supported(__builtin_cpu_supports("fma")));
-  EXPECT_EQ(ownGetFeature(OvkFeatureAVX2), supported(__builtin_cpu_supports("avx2")));
-  EXPECT_EQ(ownGetFeature(OvkFeatureAVX512F), supported(__builtin_cpu_supports("avx512f")));
-  EXPECT_EQ(ownGetFeature(OvkFeatureAVX512CD), supported(__builtin_cpu_supports("avx512cd")));
-  EXPECT_EQ(ownGetFeature(OvkFeatureAVX512BW), supported(__builtin_cpu_supports("avx512bw")));
-  EXPECT_EQ(ownGetFeature(OvkFeatureAVX512DQ), supported(__builtin_cpu_supports("avx512dq")));
-  EXPECT_EQ(ownGetFeature(OvkFeatureAVX512VL), supported(__builtin_cpu_supports("avx512vl")));
+  const auto expectFeature = [](auto feature, int supported) { EXPECT_EQ(ownGetFeature(feature), supported != 0); };
+  expectFeature(OvkFeatureFMA, __builtin_cpu_supports("fma"));
+  expectFeature(OvkFeatureAVX2, __builtin_cpu_supports("avx2"));
+  expectFeature(OvkFeatureAVX512F, __builtin_cpu_supports("avx512f"));
+  expectFeature(OvkFeatureAVX512CD, __builtin_cpu_supports("avx512cd"));
+  expectFeature(OvkFeatureAVX512BW, __builtin_cpu_supports("avx512bw"));
+  expectFeature(OvkFeatureAVX512DQ, __builtin_cpu_supports("avx512dq"));
+  expectFeature(OvkFeatureAVX512VL, __builtin_cpu_supports("avx512vl"));
 }
 
 TEST(Companion, KnowsTheCache) {
@@ -99,3 +92,4 @@ TEST(Companion, KnowsTheCache) {
 }
 
 }  // namespace
+}  // namespace ovks::test
