@@ -141,7 +141,8 @@ Status ovksNormDiff_L2Sqr_16s64s_Sfs(const int16_t* pSrc1, const int16_t* pSrc2,
 /** @} */
 
 /** @name DotProd
- *  sum of pSrc1[n] pSrc2[n]. No operand is conjugated; a real operand scales the complex one. @{ */
+ *  sum of pSrc1[n] pSrc2[n]. No operand is conjugated; a real operand scales the complex one. Floating-point data are
+ *  summed in double precision, but 32fc with a result of 32fc in single precision for runs of 512 elements. @{ */
 Status ovksDotProd_16s16sc64sc(const int16_t* pSrc1, const Complex16s* pSrc2, int len, Complex64s* pDp);
 Status ovksDotProd_16s32f(const int16_t* pSrc1, const int16_t* pSrc2, int len, float* pDp);
 Status ovksDotProd_16s32s32s_Sfs(const int16_t* pSrc1, const int32_t* pSrc2, int len, int32_t* pDp, int scaleFactor);

@@ -27,15 +27,15 @@ struct RealDot {
   OVKS_INLINE Parts<double> parts() const { return partsOf<B>(foldLanes(sum, kPlus)); }
 };
 
-// Floating point, both complex: products of parts with like parts, and with the other ones.
-template <class T>
+// Floating point, both complex: products of parts with like parts, and with the other ones, in parts of W.
+template <class T, class W>
 struct ComplexDot {
-  static constexpr int kElements = kTaken<Complex64f>, kChains = kAvx512 ? 8 : 4;
-  using V = Elements<Complex64f, kElements>;
+  static constexpr int kElements = kTaken<W>, kChains = kAvx512 ? 8 : 4;
+  using V = Elements<W, kElements>;
   V like{}, other{};
 
   OVKS_INLINE void add(Elements<T, kElements> a, Elements<T, kElements> b) {
-    const V x = convert<double>(a), y = convert<double>(b);
+    const V x = convert<Real<W>>(a), y = convert<Real<W>>(b);
     like = fma(x, y, like);
     other = fma(x, swapParts(y), other);
   }
@@ -45,8 +45,13 @@ struct ComplexDot {
   }
   OVKS_INLINE Parts<double> parts() const {
     const auto l = foldLanes(like, kPlus), o = foldLanes(other, kPlus);
-    return {l[0] - l[1], o[0] + o[1]};
+    return {double{l[0]} - l[1], double{o[0]} + o[1]};
   }
+};
+
+// In single precision so far that the rounding error stays below what the result's own may be.
+struct ShortRunsDot : ComplexDot<Complex32f, Complex32f> {
+  static constexpr std::ptrdiff_t kBlock = 512;
 };
 
 // 16-bit integers, products of neighbours added at once.
@@ -93,7 +98,7 @@ template <class A, class B>
 auto dotAccumulator() {
   if constexpr (std::is_same_v<B, int32_t>) return LongDot<A>();
   else if constexpr (isInteger<B>) return ShortDot<A, B>();
-  else if constexpr (isComplex<A>) return ComplexDot<A>();
+  else if constexpr (isComplex<A>) return ComplexDot<A, Complex64f>();
   else return RealDot<A, B>();
 }
 
@@ -101,6 +106,15 @@ template <class A, class B, class D>
 Status dot(const A* pSrc1, const B* pSrc2, int len, D* pDp) {
   if (const Status s = check(len, pSrc1, pSrc2, pDp)) return s;
   *pDp = settle<D>(total<decltype(dotAccumulator<A, B>())>(len, pSrc1, pSrc2), [](auto v) { return v; });
+  return StatusOk;
+}
+
+// What overflows on the way may still have a finite sum in double precision.
+Status dotComplexFloats(const Complex32f* pSrc1, const Complex32f* pSrc2, int len, Complex32f* pDp) {
+  if (const Status s = check(len, pSrc1, pSrc2, pDp)) return s;
+  const Parts<double> sum = total<ShortRunsDot>(len, pSrc1, pSrc2);
+  if (sum.re - sum.re != 0 || sum.im - sum.im != 0) return dot(pSrc1, pSrc2, len, pDp);
+  *pDp = settle<Complex32f>(sum, [](double v) { return v; });
   return StatusOk;
 }
 
@@ -124,7 +138,7 @@ OVKS_EXPORT(ovksDotProd_32f, dot);
 OVKS_EXPORT(ovksDotProd_32f32fc, dot);
 OVKS_EXPORT(ovksDotProd_32f32fc64fc, dot);
 OVKS_EXPORT(ovksDotProd_32f64f, dot);
-OVKS_EXPORT(ovksDotProd_32fc, dot);
+OVKS_EXPORT(ovksDotProd_32fc, dotComplexFloats);
 OVKS_EXPORT(ovksDotProd_32fc64fc, dot);
 OVKS_EXPORT(ovksDotProd_32s_Sfs, dot);
 OVKS_EXPORT(ovksDotProd_64f, dot);
