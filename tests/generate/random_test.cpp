@@ -206,14 +206,27 @@ void expectEven(const std::vector<double>& values) {
   EXPECT_LT(std::fabs(chiSquare - (kSquares - 1)) / std::sqrt(2.0 * (kSquares - 1)), 4);
 }
 
+// Kolmogorov and Smirnov's distance from the even distribution, times the root of the number.
+void expectNear(std::vector<double> values) {
+  std::sort(values.begin(), values.end());
+  const double n = static_cast<double>(values.size());
+  double distance = 0;
+  for (std::size_t i = 0; i < values.size(); ++i)
+    distance = std::fmax(distance, std::fabs(values[i] - (static_cast<double>(i) + 0.5) / n));
+  EXPECT_LT(std::sqrt(n) * distance, 1.95);  // one in a thousand is farther off
+}
+
 TEST(Random, Distributions) {
   const auto& uniform = std::get<3>(kUniform);
   const auto& gauss = std::get<3>(kGauss);
   for (const uint32_t seed : {1u, 99u}) {
-    expectEven(uniform.next(200000, uniform.start(0, 1, seed)));
+    const std::vector<double> u = uniform.next(200000, uniform.start(0, 1, seed));
+    expectEven(u);
+    expectNear(u);
     std::vector<double> z = gauss.next(200000, gauss.start(0, 1, seed));
     for (double& x : z) x = 0.5 * std::erfc(-x / std::sqrt(2));
     expectEven(z);
+    expectNear(z);
   }
 }
 

@@ -60,6 +60,13 @@ TEST(Extremes, PathsCarryTheirPrecision) {
   std::vector<float> uneven(8192 + 65536, 1.0f);
   std::fill_n(uneven.begin(), 8192, 0x1p24f);
   EXPECT_EQ(reduce(ovksSum_32f, uneven, AlgHintFast), 0x1p37f + 0x1p16f);
+  // Runs in single precision join in double precision, and give way to it where they overflow.
+  const std::vector<Complex32f> ones(1 << 20, {0, 1});
+  std::vector<Complex32f> large(ones.size(), {0x1p24f, 1});
+  EXPECT_EQ(reduce(ovksDotProd_32fc, large, ones).im, 0x1p44f);
+  EXPECT_EQ(reduce(ovksDotProd_32fc, large, ones).re, -0x1p20f);
+  large[0] = {0, 0x1p127f}, large[1] = {0, -0x1p127f};
+  EXPECT_EQ(reduce(ovksDotProd_32fc, large, std::vector<Complex32f>(ones.size(), {4, 0})).re, 0x1p46f - 0x1p27f);
   EXPECT_EQ(reduce(ovksStdDev_64f, std::vector(12345, 0.1)), 0.0);
   std::vector<double> far(100000, 1e9);
   for (std::size_t i = 0; i < far.size(); i += 2) ++far[i];
