@@ -12,7 +12,7 @@ constexpr int kThreads = 4, kRounds = 5;
 
 struct Result {
   Status status;
-  std::vector<Call::Bytes> bytes;
+  std::vector<Bytes> bytes;
 
   bool operator==(const Result&) const = default;
 };
@@ -21,7 +21,7 @@ Result resultOf(Call& call) {
   call.place();
   const Status status = call.run();
   // What a failing call leaves of its results is what was there.
-  return {status, status < 0 ? std::vector<Call::Bytes>() : call.results()};
+  return {status, status < 0 ? std::vector<Bytes>() : call.results()};
 }
 
 // All threads make the same calls, each with its own copies of the operands, and get the same as one alone.
@@ -31,7 +31,7 @@ void check(const Prototype& p, const Shape& shape) {
   std::vector<Call> calls;
   for (int k = 0; k < kThreads; ++k) {
     calls.emplace_back(p, shape, random, alone.object());
-    for (std::size_t i = 0; i < p.parameters.size(); ++i) calls.back().adopt(i, alone, i);
+    for (std::size_t i = 0; i < p.parameters.size(); ++i) calls.back().adopt(i, alone.data(i));
     calls.back().adoptConstants(alone);
   }
   std::atomic<int> waiting = kThreads;

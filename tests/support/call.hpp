@@ -28,32 +28,40 @@ struct Overlap {
   bool touches(std::size_t k) const { return k == guest || k == host; }
 };
 
+using Bytes = std::vector<std::byte>;
+
 class Call {
  public:
-  using Bytes = std::vector<std::byte>;
-
   // Random sources and constants. An object that the export takes is initialised for it, or is the one of another call.
   Call(const Prototype& prototype, const Shape& shape, Random& random, std::shared_ptr<Call> object = nullptr);
 
   const Prototype& prototype() const { return *prototype_; }
   const std::shared_ptr<Call>& object() const { return object_; }
   const Shape& shape() const { return shape_; }
-  std::size_t size(std::size_t k) const { return data_[k].size(); }
 
-  // Another call's operand, as far as it reaches, as this one's.
-  void adopt(std::size_t k, const Call& other, std::size_t theirs);
+  // What operand k holds before the call. Its size must stay.
+  Bytes& data(std::size_t k) { return data_[k]; }
+  std::size_t size(std::size_t k) const { return data_[k].size(); }
+  // Another operand's bytes, as far as they reach.
+  void adopt(std::size_t k, const Bytes& bytes) {
+    std::copy_n(bytes.begin(), std::min(bytes.size(), size(k)), &data_[k][0]);
+  }
   // Another call's constants of the same names.
   void adoptConstants(const Call& other);
+  template <class T>
+  void setConstant(std::string_view name, T x) {
+    if (prototype_->has(name)) arguments[prototype_->find(name)].set(x);
+  }
   // Makes the object behind argument k one that no Init has made. To be the last that is done to it.
   void damageTag(std::size_t k, std::int32_t tag);
 
   // Lays the operands out. Without places they end at guard pages.
   void place(const std::vector<Place>& places = {}, Overlap overlap = {});
-  Status run() { return prototype_->call(arguments.data()); }
+  Status run() const { return prototype_->call(arguments.data()); }
 
   // A result of an operation, not work memory, nor an object.
   bool isResult(std::size_t k) const;
-  Bytes bytes(std::size_t k) const;
+  Bytes bytes(std::size_t k) const { return Bytes(home_[k], home_[k] + size(k)); }
   std::vector<Bytes> results() const;
 
   // Whether memory around the operands, sources and the object are as they were; with nothing written also the others.
@@ -63,20 +71,20 @@ class Call {
   std::vector<Argument> arguments;  // may be spoiled after place()
 
  private:
-  bool isAddress(std::size_t k) const { return prototype_->parameters[k].isPointer; }
-  Argument scalar(const Parameter& q, const Shape& shape, Random& random) const;
+  Argument scalar(const Parameter& q, Random& random) const;
   void fill(std::size_t k, std::size_t bytes, Random& random);
-  std::byte* address(std::size_t k) const;
+  // Whether the memory of operand k is this call's.
+  bool owns(std::size_t k) const;
 
   const Prototype* prototype_;
   Shape shape_;
   std::shared_ptr<Call> object_;
   Bytes objectBytes_;
-  std::vector<Bytes> data_;  // before the call
+  std::vector<Bytes> data_;
   std::vector<Guarded> memory_;
   std::vector<std::byte*> home_;
   Overlap overlap_;
-  unsigned char junk_ = 0;
+  unsigned char junk_ = 0xb9;  // so that it begins with bytes that make large numbers
 };
 
 }  // namespace ovks::test

@@ -27,9 +27,7 @@ class Guarded {
     begin_ = reservePages(size_ + 2 * kPage) + kPage;
     openPages(begin_, size_);
   }
-  Guarded(Guarded&& other) noexcept : size_(other.size_), begin_(other.begin_) {
-    other.begin_ = nullptr;
-  }
+  Guarded(Guarded&& other) noexcept : size_(other.size_), begin_(other.begin_) { other.begin_ = nullptr; }
   Guarded& operator=(Guarded&& other) noexcept {
     std::swap(size_, other.size_);
     std::swap(begin_, other.begin_);
@@ -41,8 +39,9 @@ class Guarded {
     if (begin_) releasePages(begin_ - kPage, size_ + 2 * kPage);
   }
 
-  // A copy of n bytes at the place, which any alignment of the elements may have.
+  // A copy of n bytes at the place, which any alignment of the elements may have. Grows as needed.
   std::byte* put(Place place, const void* bytes, std::size_t n) {
+    if (n + kMargin > size_) *this = Guarded(n);
     first_ = place.atEnd ? begin_ + size_ - n - place.offset : begin_ + place.offset;
     last_ = first_ + n;
     std::memset(low(), kCanary, static_cast<std::size_t>(first_ - low()));

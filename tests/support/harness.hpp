@@ -16,91 +16,14 @@
 // or a Complex of these, or a WithStatus of all that.
 #pragma once
 
-#include <functional>
 #include <numeric>
 #include <span>
-#include <sstream>
-#include <string>
 #include <tuple>
 #include <utility>
 
-#include "ovks.h"
-#include "support/guarded.hpp"
-#include "support/random.hpp"
+#include "support/prototypes.hpp"
 
 namespace ovks::test {
-
-template <class T>
-bool agrees(T got, T want) {
-  if constexpr (std::is_integral_v<T>) {
-    return got == want;
-  } else {
-    using Bits = std::conditional_t<sizeof(T) == 4, std::uint32_t, std::uint64_t>;
-    constexpr Bits kQuiet = Bits{1} << (std::numeric_limits<T>::digits - 2);
-    const Bits bits = std::bit_cast<Bits>(want);
-    return std::isnan(want) && (bits & kQuiet) ? std::isnan(got) : std::bit_cast<Bits>(got) == bits;
-  }
-}
-
-template <class T>
-bool agrees(T got, Near want) {
-  if (std::isinf(want.bound)) return true;
-  if (std::isnan(want.value)) return std::isnan(got);
-  return std::isinf(want.value) ? got == want.value : std::fabs(got - want.value) <= want.bound;
-}
-
-template <class T>
-std::string text(T x) {
-  std::ostringstream s;
-  s.precision(20);
-  if constexpr (ComplexElement<T>) s << '(' << text(x.re) << ", " << text(x.im) << ')';
-  else if constexpr (std::is_same_v<T, Near>) s << x.value << " to " << x.bound;
-  else if constexpr (std::is_integral_v<T>) s << +x;
-  else s << x << std::hexfloat << " = " << x;
-  return s.str();
-}
-
-// Part of a real or complex element or result.
-template <class T>
-auto part(T x, [[maybe_unused]] int k) {
-  if constexpr (ComplexElement<T>) return k ? x.im : x.re;
-  else return x;
-}
-template <class T>
-using Real = decltype(part(T{}, 0));
-template <class T>
-inline constexpr int parts = ComplexElement<T> ? 2 : 1;
-
-template <class T>
-T loadElement(const void* p, std::ptrdiff_t i = 0) {
-  T x;
-  std::memcpy(&x, static_cast<const char*>(p) + i * std::ptrdiff_t{sizeof(T)}, sizeof x);
-  return x;
-}
-
-// What the harness needs to know of an element type.
-struct ElementType {
-  std::size_t size;
-  bool integer;
-  void (*fill)(Random&, void*, int n);
-  bool (*same)(const void* got, const void* want);
-  std::string (*text)(const void*);
-};
-
-template <class T>
-inline constexpr ElementType elementType = {
-    sizeof(T), std::is_integral_v<Real<T>>,
-    [](Random& random, void* p, int n) {
-      for (int i = 0; i < n; ++i) {
-        const T x = random.value<T>();
-        std::memcpy(static_cast<char*>(p) + static_cast<std::size_t>(i) * sizeof(T), &x, sizeof x);
-      }
-    },
-    [](const void* got, const void* want) {
-      const T g = loadElement<T>(got), w = loadElement<T>(want);
-      return agrees(part(g, 0), part(w, 0)) && agrees(part(g, 1), part(w, 1));
-    },
-    [](const void* p) { return text(loadElement<T>(p)); }};
 
 // Element-wise verdict on a call that started from the operands in.
 struct Verdict {
@@ -109,15 +32,13 @@ struct Verdict {
   std::string expected;
 };
 
-// An export behind one face for all signatures. Operands are given by address, constants too.
+// An element-wise export and its reference.
 struct Export {
   std::string name;
+  const Prototype* prototype;
   std::vector<const ElementType*> operands;  // in the parameters' order, the destination last
-  std::vector<bool> isVector;
-  bool accumulates;  // reads its destination
-  bool exact;        // equal to the reference, not just near it
-  int modes;         // 0, 1 (a scale factor) or 2 (a rounding mode before it)
-  std::function<Status(void* const* operands, int len, RoundMode, int scaleFactor)> call;
+  bool accumulates;                          // reads its destination
+  bool exact;                                // equal to the reference, not just near it
   std::function<Verdict(const void* const* in, const void* out, int len, RoundMode, int scaleFactor)> judge;
 };
 
@@ -157,8 +78,6 @@ struct Signature {
     while (!isVector[l]) --l;
     return l;
   }();
-  static constexpr int modes = int{sizeof...(P)} - int{last} - 2;
-  static_assert(modes >= 0 && modes <= 2);
   using Operands = std::make_index_sequence<last + 1>;
   using D = Element<last>;
   static constexpr bool allInteger = []<std::size_t... k>(std::index_sequence<k...>) {
@@ -187,20 +106,6 @@ struct Signature {
       return std::tuple(operand<(k + !isVector[0]) % count>(in, n)...);
     }
     (std::make_index_sequence<count>());
-  }
-
-  static Status call(Status (*function)(P...), void* const* in, int len, RoundMode mode, int scaleFactor) {
-    const auto argument = [in]<std::size_t k>(std::integral_constant<std::size_t, k>) {
-      if constexpr (isVector[k]) return static_cast<Parameter<k>>(in[k]);
-      else return loadElement<Parameter<k>>(in[k]);
-    };
-    return [&]<std::size_t... k>(std::index_sequence<k...>) {
-      const auto all = std::tuple(argument(std::integral_constant<std::size_t, k>())..., len);
-      if constexpr (modes == 0) return std::apply(function, all);
-      else if constexpr (modes == 1) return std::apply(function, std::tuple_cat(all, std::tuple(scaleFactor)));
-      else return std::apply(function, std::tuple_cat(all, std::tuple(mode, scaleFactor)));
-    }
-    (Operands());
   }
 };
 
@@ -254,13 +159,12 @@ Export describe(Reference reference, Status (*function)(P...)) {
   const auto operands = []<std::size_t... k>(std::index_sequence<k...>) {
     return std::vector<const ElementType*>{&elementType<typename S::template Element<k>>...};
   };
-  return {exportName(reinterpret_cast<const void*>(function)),
+  const Prototype& prototype = prototypeOf(reinterpret_cast<const void*>(function));
+  return {prototype.name,
+          &prototype,
           operands(typename S::Operands()),
-          std::vector<bool>(S::isVector, S::isVector + S::last + 1),
           accumulates,
           !std::is_same_v<decltype(part(std::declval<Value>(), 0)), Near>,
-          S::modes,
-          [function](auto... arguments) { return S::call(function, arguments...); },
           [result](const void* const* in, const void* out, int len, RoundMode mode, int scaleFactor) {
             Verdict v;
             for (int n = 0; n < len; ++n)

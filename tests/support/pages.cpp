@@ -7,6 +7,7 @@
 #include <windows.h>
 #else
 #include <sys/mman.h>
+#include <unistd.h>
 #endif
 
 namespace ovks::test {
@@ -26,6 +27,12 @@ void openPages(std::byte* begin, std::size_t bytes) {
 
 void releasePages(std::byte* begin, std::size_t) { VirtualFree(begin, 0, MEM_RELEASE); }
 
+bool isWritable(const void* p) {
+  MEMORY_BASIC_INFORMATION pages;
+  constexpr DWORD kWritable = PAGE_READWRITE | PAGE_WRITECOPY | PAGE_EXECUTE_READWRITE | PAGE_EXECUTE_WRITECOPY;
+  return VirtualQuery(p, &pages, sizeof pages) != 0 && (pages.Protect & kWritable) != 0;
+}
+
 #else
 
 std::byte* reservePages(std::size_t bytes) {
@@ -39,6 +46,16 @@ void openPages(std::byte* begin, std::size_t bytes) {
 }
 
 void releasePages(std::byte* begin, std::size_t bytes) { munmap(begin, bytes); }
+
+// The system reads into such memory only.
+bool isWritable(const void* p) {
+  int ends[2];
+  if (pipe(ends) != 0) throw std::bad_alloc();
+  const bool isSame = write(ends[1], p, 1) == 1 && read(ends[0], const_cast<void*>(p), 1) == 1;
+  close(ends[0]);
+  close(ends[1]);
+  return isSame;
+}
 
 #endif
 

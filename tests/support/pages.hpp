@@ -11,5 +11,6 @@ inline constexpr std::size_t kPage = 4096;
 std::byte* reservePages(std::size_t bytes);
 void openPages(std::byte* begin, std::size_t bytes);
 void releasePages(std::byte* begin, std::size_t bytes);
+bool isWritable(const void* p);
 
 }  // namespace ovks::test

@@ -37,7 +37,8 @@ void add(std::vector<Prototype>& all, const char* name, const std::string& text,
     (std::index_sequence_for<P...>());
   };
   std::size_t next = 0;
-  all.push_back({name, std::vector<Parameter>{parameterOf<P>(parts[next++])...}, call});
+  const auto address = reinterpret_cast<const void*>(function);
+  all.push_back({name, std::vector<Parameter>{parameterOf<P>(parts[next++])...}, address, call});
 }
 
 // What returns something else is no working call.
@@ -45,9 +46,34 @@ void add(std::vector<Prototype>&, const char*, const std::string&, ...) {}
 
 }  // namespace
 
+bool Parameter::isLength() const {
+  constexpr const char* kNames[] = {"len", "numIters", "tapsLen", "src1Len", "src2Len"};
+  return std::find(std::begin(kNames), std::end(kNames), name) != std::end(kNames);
+}
+
 std::size_t Prototype::find(std::string_view parameter) const {
   const auto is = [=](const Parameter& p) { return p.name == parameter; };
   return static_cast<std::size_t>(std::find_if(parameters.begin(), parameters.end(), is) - parameters.begin());
+}
+
+std::vector<std::size_t> Prototype::vectors(bool sources, bool destinations) const {
+  std::vector<std::size_t> found;
+  for (std::size_t k = 0; k < parameters.size(); ++k) {
+    const Parameter& q = parameters[k];
+    const bool isWanted = (sources && (q.isConst || q.isSourceToo())) || (destinations && !q.isConst);
+    if (q.isVector() && isWanted) found.push_back(k);
+  }
+  return found;
+}
+
+const Prototype* Prototype::outOfPlace() const {
+  const std::size_t at = name.rfind("_I");
+  if (at == std::string::npos) return nullptr;
+  const std::string scaled = name.substr(at + 2), other = name.substr(0, at) + (scaled.empty() ? "" : "_" + scaled);
+  for (const Prototype& p : prototypes()) {
+    if (p.name == other) return &p;
+  }
+  return nullptr;
 }
 
 const std::vector<Prototype>& prototypes() {
@@ -61,11 +87,23 @@ const std::vector<Prototype>& prototypes() {
   return all;
 }
 
+namespace {
+
+template <class F>
+const Prototype& theOne(F is) {
+  const auto found = std::find_if(prototypes().begin(), prototypes().end(), is);
+  if (found == prototypes().end()) std::abort();
+  return *found;
+}
+
+}  // namespace
+
 const Prototype& prototype(std::string_view name) {
-  for (const Prototype& p : prototypes()) {
-    if (p.name == name) return p;
-  }
-  std::abort();
+  return theOne([=](const Prototype& p) { return p.name == name; });
+}
+
+const Prototype& prototypeOf(const void* function) {
+  return theOne([=](const Prototype& p) { return p.function == function; });
 }
 
 }  // namespace ovks::test

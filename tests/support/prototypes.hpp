@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "support/harness.hpp"
+#include "support/element.hpp"
 
 namespace ovks::test {
 
@@ -19,6 +19,13 @@ struct Parameter {
   const ElementType* element;  // of a vector or a constant; null for objects and pointers to pointers
 
   bool startsWith(std::string_view prefix) const { return name.compare(0, prefix.size(), prefix) == 0; }
+  bool isSize() const { return name.size() > 4 && name.compare(name.size() - 4, 4, "Size") == 0; }
+  bool isLength() const;
+  bool isObject() const { return isPointer && !element && !startsWith("pp"); }
+  bool isWork() const { return startsWith("pBuf") && !isSize(); }
+  bool isSourceToo() const { return name.find("SrcDst") != std::string::npos; }
+  // Elements that are no work memory, nor an object's.
+  bool isVector() const { return isPointer && element && !isWork() && (!startsWith("pSpec") || isSize()); }
 };
 
 // One argument's bytes.
@@ -39,15 +46,22 @@ struct alignas(16) Argument {
 struct Prototype {
   std::string name;
   std::vector<Parameter> parameters;
+  const void* function;
   std::function<Status(const Argument*)> call;
 
   // The position of a parameter, or the number of them.
   std::size_t find(std::string_view parameter) const;
   bool has(std::string_view parameter) const { return find(parameter) < parameters.size(); }
   bool startsWith(std::string_view prefix) const { return name.compare(0, prefix.size(), prefix) == 0; }
+  bool isInit() const { return name.find("Init_") != std::string::npos; }
+  // The positions of vectors that the call reads, or writes, or both kinds.
+  std::vector<std::size_t> vectors(bool sources, bool destinations) const;
+  // The export that does out of place what this one does in place, or null.
+  const Prototype* outOfPlace() const;
 };
 
 const std::vector<Prototype>& prototypes();
 const Prototype& prototype(std::string_view name);
+const Prototype& prototypeOf(const void* function);
 
 }  // namespace ovks::test

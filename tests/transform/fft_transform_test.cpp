@@ -1,176 +1,169 @@
 // SPDX-License-Identifier: MIT
-// Complex and real transforms against the long double one, and what large ones must obey.
-#include <algorithm>
-#include <cstring>
-#include <memory>
+// Transforms against one in long double.
+#include <complex>
 
-#include "transform/fft_support.hpp"
+#include "support/trial.hpp"
+#include "transform/spectra.hpp"
 
+namespace ovks::test {
 namespace {
 
-using namespace ovks::test;
+using Wide = std::complex<long double>;
+using Points = std::vector<Wide>;
 
-template <class T>
-class Fft : public testing::Test {};
-using Precisions = testing::Types<float, double>;
-TYPED_TEST_SUITE(Fft, Precisions);
-
-// Output of f(src, dst) with both in guarded memory, out of place and in place, at several alignments: all the same.
-template <class T, class F, class G>
-std::vector<T> run(const std::vector<T>& x, std::size_t room, F outOfPlace, G inPlace) {
-  std::vector<T> first;
-  for (const Place place : {Place{true, 0}, Place{false, 0}, Place{false, sizeof(T)}, Place{false, 3 * sizeof(T)}}) {
-    std::vector<T> big(x);
-    big.resize(room);
-    Guarded src(x.size() * sizeof(T)), dst(room * sizeof(T)), both(room * sizeof(T));
-    auto* s = reinterpret_cast<T*>(src.put(place, x.data(), x.size() * sizeof(T)));
-    auto* d = reinterpret_cast<T*>(dst.put(place, big.data(), room * sizeof(T)));
-    auto* b = reinterpret_cast<T*>(both.put(place, big.data(), room * sizeof(T)));
-    EXPECT_EQ(outOfPlace(s, d), StatusOk);
-    EXPECT_EQ(inPlace(b), StatusOk);
-    EXPECT_TRUE(src.intact() && dst.intact() && both.intact());
-    EXPECT_EQ(std::memcmp(s, x.data(), x.size() * sizeof(T)), 0) << "source changed";
-    EXPECT_EQ(std::memcmp(d, b, room * sizeof(T)), 0) << "in place differs";
-    std::vector<T> result(d, d + room);
-    if (first.empty()) first = result;
-    EXPECT_EQ(result, first) << "alignment matters";
-  }
-  return first;
+std::size_t reversed(std::size_t i, int bits) {
+  std::size_t r = 0;
+  for (int b = 0; b < bits; ++b) r |= (i >> b & 1) << (bits - 1 - b);
+  return r;
 }
 
-template <class T>
-void checkComplex(int order, int flag, bool forward) {
-  SCOPED_TRACE(testing::Message() << "order " << order << " flag " << flag << " forward " << forward);
-  using A = Api<T>;
-  using C = typename A::Complex;
+// sum x[n] exp(-2 pi i n k / N), without a factor, by radix 2.
+Points transformed(const Points& x, int order) {
+  const std::size_t n = x.size();
+  const long double turn = -6.283185307179586476925286766559L;
+  Points y(n), w(n / 2 + 1);
+  for (std::size_t i = 0; i < n; ++i) y[reversed(i, order)] = x[i];
+  for (std::size_t j = 0; j < w.size(); ++j)
+    w[j] = std::polar(1.0L, turn * static_cast<long double>(j) / static_cast<long double>(n));
+  for (std::size_t half = 1; half < n; half *= 2) {
+    for (std::size_t i = 0; i < n; i += 2 * half) {
+      for (std::size_t j = i; j < i + half; ++j) {
+        const Wide a = y[j], b = y[j + half] * w[(j - i) * (n / half / 2)];
+        y[j] = a + b;
+        y[j + half] = a - b;
+      }
+    }
+  }
+  return y;
+}
+
+// The elements of one kind of transform, as numbers.
+struct Kind {
+  bool forward, isReal;  // from or to real signals
+  Layout layout;         // of their spectra
+};
+Kind kindOf(const Prototype& p) {
+  const auto has = [&](const char* part) { return p.name.find(part) != std::string::npos; };
+  return {has("Fwd"), has("RTo") || has("ToR"), has("Perm") ? kPerm : has("Pack") ? kPack : kCcs};
+}
+
+// Noise, the same in both precisions: real, or with the symmetry of real signals' spectra, where that is asked for.
+Points noise(const Kind& kind, int order) {
+  Random random("noise " + std::to_string(order));
   const std::size_t n = std::size_t{1} << order;
-  const std::vector<T> x = noise<T>(2 * n, order);
-  Spectrum want = referenceTransform(pairs(x), forward ? -1 : 1);
-  for (Wide& z : want) z *= factorOf<T>(flag, forward, order);
-
-  const Plan<typename A::C> plan(A::sizeC, A::initC, order, flag);
-  const auto cast = [](auto* p) { return reinterpret_cast<C*>(const_cast<T*>(p)); };
-  const std::vector<T> y = run<T>(
-      x, 2 * n,
-      [&](T* s, T* d) { return (forward ? A::forward : A::inverse)(cast(s), cast(d), plan.object, plan.buffer); },
-      [&](T* b) { return (forward ? A::forwardI : A::inverseI)(cast(b), plan.object, plan.buffer); });
-  EXPECT_LE(relativeError<T>(pairs(y), want, order, flag), kErrorBound);
-  EXPECT_TRUE(plan.intact());
-
-  const Plan<typename A::S> split(A::sizeS, A::initS, order, flag);
-  std::vector<T> parts(2 * n), z(2 * n);
-  for (std::size_t i = 0; i < n; ++i) parts[i] = x[2 * i], parts[n + i] = x[2 * i + 1];
-  const std::vector<T> w = run<T>(
-      parts, 2 * n,
-      [&](T* s, T* d) {
-        return (forward ? A::splitForward : A::splitInverse)(s, s + n, d, d + n, split.object, split.buffer);
-      },
-      [&](T* b) { return (forward ? A::splitForwardI : A::splitInverseI)(b, b + n, split.object, split.buffer); });
-  for (std::size_t i = 0; i < n; ++i) z[2 * i] = w[i], z[2 * i + 1] = w[n + i];
-  EXPECT_LE(relativeError<T>(pairs(z), want, order, flag), kErrorBound);
-  EXPECT_TRUE(split.intact());
-}
-
-TYPED_TEST(Fft, ComplexMatchesReference) {
-  for (int order = 0; order <= 13; ++order)
-    for (const int flag : kFlags)
-      for (const bool forward : {true, false}) checkComplex<TypeParam>(order, flag, forward);
-  for (int order = 14; order <= 20; ++order) checkComplex<TypeParam>(order, FFTDivBySqrtN, order % 2 == 0);
-}
-
-// Where X[k] stands in each layout: Perm, Pack, CCS.
-template <class T>
-Spectrum unpacked(const std::vector<T>& p, std::size_t n, int layout) {
-  Spectrum x(n);
-  const std::size_t half = layout == 0 ? 1 : layout == 1 ? n - 1 : n;
-  x[0] = p[0];
-  if (n > 1) x[n / 2] = p[half];
-  for (std::size_t k = 1; k < n / 2; ++k) {
-    const std::size_t at = 2 * k - (layout == 1);
-    x[k] = {p[at], p[at + 1]};
-    x[n - k] = std::conj(x[k]);
-  }
-  if (layout == 2) {
-    EXPECT_TRUE(p[1] == 0 && p[n + (n > 1)] == 0);
+  const auto one = [&] { return static_cast<float>(random.between(-(1 << 20), 1 << 20)) / (1 << 20); };
+  Points x(n);
+  for (Wide& z : x) z = {one(), kind.isReal && kind.forward ? 0 : one()};
+  if (!kind.isReal || kind.forward) return x;
+  for (std::size_t k = 0; k <= n / 2; ++k) {
+    if (2 * k % n == 0) x[k] = x[k].real();
+    x[(n - k) % n] = std::conj(x[k]);
   }
   return x;
 }
 
-template <class T>
-void checkReal(int order, int flag, int layout) {
-  SCOPED_TRACE(testing::Message() << "order " << order << " flag " << flag << " layout " << layout);
-  using A = Api<T>;
-  const std::size_t n = std::size_t{1} << order, room = layout == 2 ? (n > 1 ? n + 2 : 2) : n;
-  const std::vector<T> x = noise<T>(n, order);
-  const Plan<typename A::R> plan(A::sizeR, A::initR, order, flag);
-  const std::vector<T> y = run<T>(
-      x, room, [&](T* s, T* d) { return A::toPacked[layout](s, d, plan.object, plan.buffer); },
-      [&](T* b) { return A::toPackedI[layout](b, plan.object, plan.buffer); });
-  Spectrum want = referenceTransform(Spectrum(x.begin(), x.end()), -1);
-  for (Wide& z : want) z *= factorOf<T>(flag, true, order);
-  EXPECT_LE(relativeError<T>(unpacked(y, n, layout), want, order, flag), kErrorBound);
-
-  // In place the inverse leaves what CCS has beyond N.
-  std::vector<T> spectrum = y;
-  std::vector<T> back = run<T>(
-      spectrum, room,
-      [&](T* s, T* d) {
-        const Status status = A::toReal[layout](s, d, plan.object, plan.buffer);
-        std::copy(s + n, s + room, d + n);
-        return status;
-      },
-      [&](T* b) { return A::toRealI[layout](b, plan.object, plan.buffer); });
-  back.resize(n);
-  Spectrum signal = referenceTransform(unpacked(y, n, layout), 1);
-  for (Wide& z : signal) z *= factorOf<T>(flag, false, order);
-  EXPECT_LE(relativeError<T>(Spectrum(back.begin(), back.end()), signal, order, flag), kErrorBound);
-  EXPECT_TRUE(plan.intact());
+// Points and what becomes of them without a factor. They serve many exports.
+struct Example {
+  int order = -1;
+  Points x, y;
+};
+const Example& example(const Kind& kind, int order) {
+  static Example all[2][2];
+  Example& e = all[kind.forward][kind.isReal];
+  if (e.order == order) return e;
+  e.order = order;
+  e.x = noise(kind, order);
+  const bool isInverse = !kind.forward && !kind.isReal;
+  e.y = isInverse ? example({true, false, kCcs}, order).y : transformed(e.x, order);
+  if (!kind.forward) std::reverse(e.y.begin() + 1, e.y.end());
+  return e;
 }
 
-TYPED_TEST(Fft, RealMatchesReference) {
-  for (int order = 0; order <= 13; ++order)
-    for (const int flag : kFlags)
-      for (int layout = 0; layout < 3; ++layout) checkReal<TypeParam>(order, flag, layout);
-  for (int order = 14; order <= 20; ++order) checkReal<TypeParam>(order, FFTDivInvByN, order % 3);
-}
-
-// A large transform of impulses is known in closed form: sampled bins, then the way back.
-template <class T>
-void checkLarge(int order, const std::vector<std::size_t>& impulses) {
-  SCOPED_TRACE(testing::Message() << "order " << order);
-  using A = Api<T>;
-  using C = typename A::Complex;
-  const std::size_t n = std::size_t{1} << order;
-  const Plan<typename A::C> plan(A::sizeC, A::initC, order, FFTDivInvByN);
-  const std::unique_ptr<C[]> x(new C[n]());
-  for (const std::size_t i : impulses) x[i] = {1, static_cast<T>(-0.5)};
-  ASSERT_EQ(A::forwardI(x.get(), plan.object, plan.buffer), StatusOk);
-  std::mt19937_64 random(1);
-  double worst = 0, energy = 0;
-  for (int s = 0; s < 20000; ++s) {
-    const std::size_t k = s < 300 ? s : random() % n;
-    Wide want = 0;
-    for (const std::size_t i : impulses)
-      want += Wide(1, -0.5L) * std::polar(1.0L, -6.283185307179586476925286766559L * (i * k % n) / n);
-    worst = std::max(worst, static_cast<double>(std::abs(Wide(x[k].re, x[k].im) - want)));
+// Calls f(k, imaginary, vector, index) for all numbers that represent n points in vectors of reals or pairs.
+template <class F>
+void forNumbers(const Kind& kind, bool isSignal, std::size_t vectors, std::size_t n, F f) {
+  const bool isPacked = kind.isReal && !isSignal;
+  for (std::size_t k = 0; k < (isPacked ? n / 2 + 1 : n); ++k) {
+    const std::size_t at = isPacked && k > 0 ? placeOf(kind.layout, n, k) : kind.isReal || vectors == 2 ? k : 2 * k;
+    f(k, false, 0, at);
+    if (isPacked ? isPair(kind.layout, n, k) : !kind.isReal) f(k, true, vectors - 1, vectors == 2 ? k : at + 1);
   }
-  EXPECT_LE(worst, 2 * std::sqrt(order) * impulses.size() * std::numeric_limits<T>::epsilon());
-  for (std::size_t k = 0; k < n; ++k) energy += double{x[k].re} * x[k].re + double{x[k].im} * x[k].im;
-  EXPECT_NEAR(energy / n / (1.25 * impulses.size()), 1, 1e-5);
-  ASSERT_EQ(A::inverseI(x.get(), plan.object, plan.buffer), StatusOk);
-  for (const std::size_t i : impulses) x[i] = {x[i].re - 1, x[i].im + static_cast<T>(0.5)};
-  T largest = 0;
-  for (std::size_t i = 0; i < n; ++i) largest = std::max({largest, std::abs(x[i].re), std::abs(x[i].im)});
-  EXPECT_LE(largest, 4 * std::numeric_limits<T>::epsilon());
 }
 
-TYPED_TEST(Fft, LargeMatchesClosedForm) {
-  for (const int order : {21, 22, 23, 24}) checkLarge<TypeParam>(order, {1, 5, 12345, (1u << order) - 3});
+template <class T>
+void put(Trial& t, const Kind& kind, const Points& x) {
+  const std::vector<std::size_t> to = t.call.prototype().vectors(true, false);
+  for (const std::size_t k : to) std::fill(t.call.data(k).begin(), t.call.data(k).end(), std::byte{0});
+  forNumbers(kind, kind.forward, to.size(), x.size(),
+             [&](std::size_t k, bool imaginary, std::size_t v, std::size_t at) {
+               const T number = static_cast<T>(imaginary ? x[k].imag() : x[k].real());
+               std::memcpy(&t.call.data(to[v])[at * sizeof number], &number, sizeof number);
+             });
 }
 
-// Eight gigabytes; run with --gtest_also_run_disabled_tests.
-TYPED_TEST(Fft, DISABLED_LargestMatchesClosedForm) {
-  checkLarge<TypeParam>(Api<TypeParam>::kMaxOrder, {1, 5, 12345, 123456789});
+// Relative error of two norms, in units of eps sqrt(order). Multiplying by a factor that is no power of two counts as
+// one order more; so few points that luck decides count as some.
+template <class T>
+double relativeError(const Trial& t, const Kind& kind, const Points& y) {
+  const Shape& s = t.call.shape();
+  const std::vector<std::size_t> from = t.call.prototype().vectors(false, true);
+  const bool scales = s.flag == FFTDivBySqrtN || s.flag == (kind.forward ? FFTDivFwdByN : FFTDivInvByN);
+  const double n = static_cast<double>(y.size());
+  const long double factor = !scales ? 1 : static_cast<T>(s.flag == FFTDivBySqrtN ? 1 / std::sqrt(n) : 1 / n);
+  long double errors = 0, size = 0;
+  forNumbers(kind, !kind.forward, from.size(), y.size(),
+             [&](std::size_t k, bool imaginary, std::size_t v, std::size_t at) {
+               const long double want = factor * (imaginary ? y[k].imag() : y[k].real());
+               const T got = loadElement<T>(t.results()[from[v]].data(), static_cast<std::ptrdiff_t>(at));
+               errors += (got - want) * (got - want);
+               size += want * want;
+               EXPECT_TRUE(got == 0 || want != 0) << "beside a real point";
+             });
+  const int order = std::max(s.order, 4) + (s.flag == FFTDivBySqrtN);
+  return static_cast<double>(std::sqrt(errors / size)) / std::numeric_limits<T>::epsilon() / std::sqrt(order);
+}
+
+void check(const Prototype& p, int order, FFTFlag flag) {
+  const Kind kind = kindOf(p);
+  const Example& e = example(kind, order);
+  Random random(p.name + std::to_string(order));
+  Shape shape;
+  shape.order = order;
+  shape.flag = flag;
+  Trial t(p, shape, random);
+  const bool isDouble = p.name.find("64") != std::string::npos;
+  isDouble ? put<double>(t, kind, e.x) : put<float>(t, kind, e.x);
+  EXPECT_EQ(t.first(), StatusOk);
+  const double error = isDouble ? relativeError<double>(t, kind, e.y) : relativeError<float>(t, kind, e.y);
+  t.again();
+  t.again();
+  for (const Overlap& overlap : t.permitted()) t.again(overlap);
+  t.outOfPlace();
+  EXPECT_EQ(t.error(), "");
+  EXPECT_LE(error, 0.35) << p.name << " order " << order << " flag " << flag;
+}
+
+TEST(Fft, MatchesReference) {
+  for (int order = 0; order <= 20; ++order) {
+    int turn = 0;
+    for (const Prototype& p : prototypes()) {
+      if (!p.startsWith("ovksFFT") || !p.has("pBuffer")) continue;
+      if (order > 13 && ++turn % 3 != order % 3) continue;
+      check(p, order, FFTDivBySqrtN);
+      for (const FFTFlag flag : {FFTDivFwdByN, FFTDivInvByN, FFTNoDiv}) {
+        if (order <= 13) check(p, order, flag);
+      }
+    }
+  }
+}
+
+// The first orders of more levels.
+TEST(Fft, LargeOnesMatchReference) {
+  for (const char* const name : {"ovksFFTFwd_CToC_64fc_I", "ovksFFTInv_CToC_64fc_I"})
+    check(prototype(name), 22, FFTDivInvByN);
+  for (const char* const name : {"ovksFFTFwd_CToC_32fc_I", "ovksFFTInv_CToC_32fc_I"})
+    check(prototype(name), 23, FFTDivInvByN);
 }
 
 }  // namespace
+}  // namespace ovks::test

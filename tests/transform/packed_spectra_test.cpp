@@ -1,66 +1,36 @@
 // SPDX-License-Identifier: MIT
 // Expansion and products of packed spectra, from the layouts' definitions.
-#include <cstring>
+#include "support/trial.hpp"
+#include "transform/spectra.hpp"
 
-#include "transform/fft_support.hpp"
-
+namespace ovks::test {
 namespace {
 
-using namespace ovks::test;
-
-enum Layout { kPack, kPerm, kCcs };
-
-// Where X[k], 0 < k < len / 2, and X[len / 2] of an even length stand.
-std::size_t placeOf(Layout layout, std::size_t len, std::size_t k) {
-  if (layout == kCcs) return 2 * k;
-  if (len % 2 == 0 && 2 * k == len) return layout == kPack ? len - 1 : 1;
-  return 2 * k - (layout == kPack || len % 2);
+Layout layoutOf(const Prototype& p) {
+  const auto has = [&](const char* part) { return p.name.find(part) != std::string::npos; };
+  return has("Perm") ? kPerm : has("Pack") ? kPack : kCcs;
 }
 
-template <class C, class T, class F, class G>
-void checkExpansion(Layout layout, F outOfPlace, G inPlace) {
-  for (int len = 1; len <= 140; ++len) {
-    SCOPED_TRACE(testing::Message() << "layout " << layout << " len " << len);
-    const std::size_t n = len, reals = layout == kCcs ? 2 * (n / 2 + 1) : n;
-    const std::vector<T> p = noise<T>(reals, len);
-    std::vector<C> want(n);
-    want[0] = {p[0], layout == kCcs ? p[1] : 0};
-    for (std::size_t k = 1; 2 * k <= n; ++k) {
-      const std::size_t at = placeOf(layout, n, k);
-      const bool lone = 2 * k == n && layout != kCcs;
-      want[k] = {p[at], lone ? 0 : p[at + 1]};
-      if (2 * k < n) want[n - k] = {want[k].re, -want[k].im};
-    }
-    for (const bool atEnd : {false, true}) {
-      Guarded src(reals * sizeof(T)), dst(n * sizeof(C)), both(std::max(n * sizeof(C), reals * sizeof(T)));
-      const T* s = reinterpret_cast<T*>(src.put({atEnd, 0}, p.data(), reals * sizeof(T)));
-      const std::vector<C> zeros(n + 1);
-      C* d = reinterpret_cast<C*>(dst.put({atEnd, 0}, zeros.data(), n * sizeof(C)));
-      std::vector<T> held(std::max(2 * n, reals));
-      std::copy(p.begin(), p.end(), held.begin());
-      C* b = reinterpret_cast<C*>(both.put({atEnd, 0}, held.data(), held.size() * sizeof(T)));
-      ASSERT_EQ(outOfPlace(s, d, len), StatusOk);
-      ASSERT_EQ(inPlace(b, len), StatusOk);
-      EXPECT_EQ(std::memcmp(d, want.data(), n * sizeof(C)), 0);
-      EXPECT_EQ(std::memcmp(b, want.data(), n * sizeof(C)), 0);
-      ASSERT_EQ(outOfPlace(reinterpret_cast<const T*>(b), b, 0), StatusBadSize);
-      EXPECT_TRUE(src.intact() && dst.intact() && both.intact());
-    }
+template <class T>
+std::vector<T> numbers(const Bytes& bytes) {
+  std::vector<T> v(bytes.size() / sizeof(T));
+  std::memcpy(v.data(), bytes.data(), v.size() * sizeof(T));
+  return v;
+}
+
+// All n points of a packed spectrum, as reals.
+template <class T>
+std::vector<T> expanded(Layout layout, std::size_t n, const std::vector<T>& p) {
+  std::vector<T> d(2 * n);
+  for (std::size_t k = 0; 2 * k <= n; ++k) {
+    const std::size_t at = k == 0 ? 0 : placeOf(layout, n, k);
+    d[2 * k] = p[at];
+    d[2 * k + 1] = isPair(layout, n, k) ? p[at + 1] : 0;
+    if (k == 0 || 2 * k == n) continue;
+    d[2 * (n - k)] = d[2 * k];
+    d[2 * (n - k) + 1] = -d[2 * k + 1];
   }
-  C c;
-  EXPECT_EQ(outOfPlace(nullptr, &c, 0), StatusNullPtr);
-  EXPECT_EQ(outOfPlace(&c.re + 1, nullptr, 0), StatusNullPtr);
-  EXPECT_EQ(outOfPlace(&c.re + 1, &c, -1), StatusBadSize);
-  EXPECT_EQ(inPlace(nullptr, 1), StatusNullPtr);
-}
-
-TEST(PackedSpectra, Expansion) {
-  checkExpansion<Complex32f, float>(kPack, ovksConjPack_32fc, ovksConjPack_32fc_I);
-  checkExpansion<Complex32f, float>(kPerm, ovksConjPerm_32fc, ovksConjPerm_32fc_I);
-  checkExpansion<Complex32f, float>(kCcs, ovksConjCcs_32fc, ovksConjCcs_32fc_I);
-  checkExpansion<Complex64f, double>(kPack, ovksConjPack_64fc, ovksConjPack_64fc_I);
-  checkExpansion<Complex64f, double>(kPerm, ovksConjPerm_64fc, ovksConjPerm_64fc_I);
-  checkExpansion<Complex64f, double>(kCcs, ovksConjCcs_64fc, ovksConjCcs_64fc_I);
+  return d;
 }
 
 // a b, or a conj(b), with one product rounded and the other fused.
@@ -84,51 +54,46 @@ std::vector<T> product(Layout layout, const std::vector<T>& a, const std::vector
   return d;
 }
 
-template <class T, class G>
-void checkInPlace(Layout layout, G inPlace, bool conjugate) {
-  for (int len = 1; len <= 140; ++len) {
-    const std::vector<T> a = noise<T>(len, len), b = noise<T>(len, len + 1000);
-    std::vector<T> d(b);
-    ASSERT_EQ(inPlace(a.data(), d.data(), len), StatusOk);
-    EXPECT_EQ(d, product(layout, a, b, conjugate)) << "layout " << layout << " len " << len;
-  }
-  T x;
-  EXPECT_EQ(inPlace(nullptr, &x, 0), StatusNullPtr);
-  EXPECT_EQ(inPlace(&x, nullptr, 0), StatusNullPtr);
-  EXPECT_EQ(inPlace(&x, &x, 0), StatusBadSize);
+template <class T>
+void expectSame(const std::vector<T>& got, const std::vector<T>& want) {
+  ASSERT_EQ(got.size(), want.size());
+  for (std::size_t i = 0; i < got.size(); ++i) EXPECT_TRUE(agrees(got[i], want[i])) << text(got[i]) << text(want[i]);
 }
 
-template <class T, class F, class G>
-void checkProduct(Layout layout, F outOfPlace, G inPlace) {
-  checkInPlace<T>(layout, inPlace, false);
-  for (int len = 1; len <= 140; ++len) {
-    SCOPED_TRACE(testing::Message() << "layout " << layout << " len " << len);
-    const std::vector<T> a = noise<T>(len, len), b = noise<T>(len, len + 1000);
-    Guarded ga(len * sizeof(T)), gb(len * sizeof(T)), gd(len * sizeof(T));
-    T* pa = reinterpret_cast<T*>(ga.put({true, 0}, a.data(), len * sizeof(T)));
-    T* pb = reinterpret_cast<T*>(gb.put({false, 0}, b.data(), len * sizeof(T)));
-    T* pd = reinterpret_cast<T*>(gd.put({len % 2 == 0, 0}, a.data(), len * sizeof(T)));
-    ASSERT_EQ(outOfPlace(pa, pb, pd, len), StatusOk);
-    EXPECT_EQ(std::vector<T>(pd, pd + len), product(layout, a, b, false));
-    EXPECT_TRUE(ga.intact() && gb.intact() && gd.intact());
-    ASSERT_EQ(outOfPlace(pa, pb, pa, len), StatusOk);  // as pa = pb pa
-    EXPECT_EQ(std::vector<T>(pa, pa + len), product(layout, b, a, false));
+template <class T>
+void check(const Prototype& p, int len) {
+  SCOPED_TRACE(p.name + " length " + std::to_string(len));
+  Random random(p.name + std::to_string(len));
+  Shape shape;
+  shape.len = len;
+  Trial t(p, shape, random);
+  const Layout layout = layoutOf(p);
+  const std::size_t n = static_cast<std::size_t>(len), destination = p.vectors(false, true)[0];
+  const std::vector<T> a = numbers<T>(t.call.data(0)), b = numbers<T>(t.call.data(p.find("len") > 1));
+  const bool isProduct = p.startsWith("ovksMul"), conjugate = p.name.find("PackConj") != std::string::npos;
+  EXPECT_EQ(t.first(), StatusOk);
+  expectSame(numbers<T>(t.results()[destination]),
+             isProduct ? product(layout, a, b, conjugate) : expanded(layout, n, a));
+  t.again();
+  for (const Overlap& overlap : t.permitted()) t.again(overlap);
+  t.outOfPlace();
+  if (isProduct && destination == 2) {  // a = b a
+    t.call.place({}, {2, 0, 0});
+    EXPECT_EQ(t.execute(t.call), StatusOk);
+    expectSame(numbers<T>(t.call.bytes(2)), product(layout, b, a, false));
   }
-  T x, y;
-  EXPECT_EQ(outOfPlace(nullptr, &x, &y, 0), StatusNullPtr);
-  EXPECT_EQ(outOfPlace(&x, nullptr, &y, 0), StatusNullPtr);
-  EXPECT_EQ(outOfPlace(&x, &x, nullptr, 0), StatusNullPtr);
-  EXPECT_EQ(outOfPlace(nullptr, nullptr, nullptr, 1), StatusNullPtr);
-  EXPECT_EQ(outOfPlace(&x, &x, &y, 0), StatusBadSize);
+  EXPECT_EQ(t.error(), "");
 }
 
-TEST(PackedSpectra, Products) {
-  checkProduct<float>(kPack, ovksMulPack_32f, ovksMulPack_32f_I);
-  checkProduct<float>(kPerm, ovksMulPerm_32f, ovksMulPerm_32f_I);
-  checkProduct<double>(kPack, ovksMulPack_64f, ovksMulPack_64f_I);
-  checkProduct<double>(kPerm, ovksMulPerm_64f, ovksMulPerm_64f_I);
-  checkInPlace<float>(kPack, ovksMulPackConj_32f_I, true);
-  checkInPlace<double>(kPack, ovksMulPackConj_64f_I, true);
+TEST(PackedSpectra, MatchTheirDefinitions) {
+  for (const Prototype& p : prototypes()) {
+    if (!p.startsWith("ovksConj") && !p.startsWith("ovksMulP")) continue;
+    for (int len = 1; len <= 140; ++len) {
+      if (p.name.find("64") == std::string::npos) check<float>(p, len);
+      else check<double>(p, len);
+    }
+  }
 }
 
 }  // namespace
+}  // namespace ovks::test

@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: MIT
+// Sequences, and their convolution in long double.
+#pragma once
+
+#include <complex>
+
+#include "support/trial.hpp"
+
+namespace ovks::test {
+
+template <class T>
+using Sequence = std::vector<T>;
+
+template <class T>
+Bytes bytesOf(const Sequence<T>& x) {
+  Bytes bytes(x.size() * sizeof(T));
+  if (!x.empty()) std::memcpy(bytes.data(), x.data(), bytes.size());
+  return bytes;
+}
+template <class T>
+Sequence<T> sequence(const Bytes& bytes) {
+  Sequence<T> x(bytes.size() / sizeof(T));
+  if (!x.empty()) std::memcpy(x.data(), bytes.data(), bytes.size());
+  return x;
+}
+
+// Integers of all sizes, floats up to 1.
+template <class T>
+Sequence<T> noise(Random& random, std::size_t n) {
+  using R = Real<T>;
+  Sequence<R> reals(n * parts<T>);
+  for (R& x : reals) {
+    const auto bits = static_cast<std::int64_t>(random.bits());
+    x = std::is_integral_v<R> ? static_cast<R>(bits) : static_cast<R>(std::ldexp(static_cast<double>(bits), -63));
+  }
+  return sequence<T>(bytesOf(reals));
+}
+
+template <class T>
+auto wide(T x) {
+  if constexpr (ComplexElement<T>) return std::complex<long double>(x.re, x.im);
+  else return static_cast<long double>(x);
+}
+
+// y[n] = sum taps[k] x[n - k], and the sums of magnitudes that bound its rounding.
+template <class T, class U>
+auto convolution(const Sequence<U>& taps, const Sequence<T>& x, std::size_t count) {
+  std::vector<std::pair<decltype(wide(U())), long double>> y(count);
+  for (std::size_t n = 0; n < count; ++n) {
+    for (std::size_t k = 0; k < taps.size() && k <= n; ++k) {
+      if (n - k >= x.size()) continue;
+      const auto term = wide(taps[k]) * wide(x[n - k]);
+      y[n].first += term;
+      y[n].second += std::abs(term);
+    }
+  }
+  return y;
+}
+
+// Each of the additions rounds once; a transform spreads the largest result's error over all.
+template <class T, class U>
+void expectConvolution(const Sequence<T>& y, const Sequence<U>& taps, const Sequence<T>& x, bool byTransform) {
+  constexpr long double unit = std::numeric_limits<Real<T>>::epsilon() / 2;
+  const long double length = static_cast<long double>(taps.size()), spread = byTransform ? 16 * std::sqrt(length) : 0;
+  const auto want = convolution(taps, x, y.size());
+  for (std::size_t n = 0; n < y.size(); ++n) {
+    const long double bound = unit * (2 * length * want[n].second + spread) + 1e-300L;
+    ASSERT_LE(std::abs(wide(y[n]) - want[n].first), bound) << taps.size() << " by " << x.size() << " at " << n;
+  }
+}
+
+template <class T>
+bool sameBits(const Sequence<T>& a, const Sequence<T>& b) {
+  return bytesOf(a) == bytesOf(b);
+}
+
+}  // namespace ovks::test

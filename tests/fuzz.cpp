@@ -1,0 +1,227 @@
+// SPDX-License-Identifier: MIT
+// What no call does, over all exports: touch the heap, change the caller's floating-point control, its sources or
+// memory around its operands, depend on where these lie, or accept what it must refuse.
+//
+// Random calls of all exports in turn, two of each, or for FUZZ_SECONDS, from trial FUZZ_FROM (0) on of the sequence
+// that belongs to --gtest_random_seed. A crash or a sanitizer's report is preceded or followed by the trial that led to
+// it.
+#include <chrono>
+#include <climits>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <set>
+
+#include "ovkcore.h"
+#include "support/trial.hpp"
+
+#ifdef __SANITIZE_ADDRESS__
+#include <sanitizer/common_interface_defs.h>
+#endif
+
+namespace {
+int heapCalls = 0;
+}
+
+// In place of the companion's, which is the library's only way to memory: see imports.cmake.
+extern "C" {
+void* ovkMalloc(std::int64_t bytes) {
+  ++heapCalls;
+  return std::aligned_alloc(64, static_cast<std::size_t>(bytes + 63) / 64 * 64);
+}
+void ovkFree(void* p) {
+  ++heapCalls;
+  std::free(p);
+}
+}
+
+namespace ovks::test {
+namespace {
+
+char current[200];
+struct sigaction former[NSIG];
+
+void tell() { std::fputs(current, stderr); }
+
+void onSignal(int number, siginfo_t* info, void* context) {
+  tell();
+  sigaction(number, &former[number], nullptr);
+  if (former[number].sa_flags & SA_SIGINFO) former[number].sa_sigaction(number, info, context);
+}
+
+void tellOnDeath() {
+#ifdef __SANITIZE_ADDRESS__
+  __sanitizer_set_death_callback(tell);
+#endif
+  struct sigaction action = {};
+  action.sa_sigaction = onSignal;
+  action.sa_flags = SA_SIGINFO;
+  for (const int number : {SIGSEGV, SIGBUS, SIGILL, SIGFPE, SIGABRT}) sigaction(number, &action, &former[number]);
+}
+
+long setting(const char* name, long otherwise) {
+  const char* const text = std::getenv(name);
+  return text ? std::atol(text) : otherwise;
+}
+
+int anyNumber(Random& random) {
+  constexpr int kEdges[] = {0, 1, -1, INT_MAX, INT_MAX - 1, INT_MIN, 1 << 30};
+  if (random.below(4) == 0) return kEdges[random.below(7)];
+  return static_cast<int>(random.bits()) >> random.below(32);
+}
+
+int length(Random& random) {
+  const int kind = random.below(1000);
+  return random.between(1, kind < 750 ? 140 : kind < 975 ? 4200 : kind < 998 ? 70000 : 400000);
+}
+
+Shape anyShape(Random& random) {
+  constexpr FFTFlag kFlags[] = {FFTDivFwdByN, FFTDivInvByN, FFTDivBySqrtN, FFTNoDiv};
+  Shape s;
+  s.len = length(random);
+  s.len2 = std::min(length(random), std::max(1, 2000000 / s.len));
+  const int kind = random.below(1000);
+  s.order = random.between(0, kind < 950 ? 11 : kind < 995 ? 16 : 20);
+  s.flag = kFlags[random.below(4)];
+  s.algType = random.below(3);
+  return s;
+}
+
+template <class T>
+const T& oneOf(const std::vector<T>& v, Random& random) {
+  return v[static_cast<std::size_t>(random.below(static_cast<int>(v.size())))];
+}
+
+// Size queries take any numbers. They may write a size of 0 on an error.
+std::string query(const Prototype& p, Random& random) {
+  Call call(p, Shape(), random);
+  call.place();
+  const bool wild = random.below(4) > 0;
+  for (std::size_t k = 0; k < p.parameters.size() && wild; ++k) {
+    if (!p.parameters[k].isPointer && random.below(2)) call.arguments[k].set(anyNumber(random));
+  }
+  const Status status = call.run();
+  for (std::size_t k = 0; k < p.parameters.size() && status == StatusOk; ++k) {
+    if (call.isResult(k) && loadElement<int>(call.bytes(k).data()) < 0) return "negative " + p.parameters[k].name;
+  }
+  const std::string changed = call.changed(false);
+  return changed.empty() ? changed : "has written to " + changed;
+}
+
+// Partly overlapping: any result will do, but not a touch of other memory. Sorting trusts positions that it has
+// written.
+void overlap(Trial& t, Random& random) {
+  const Prototype& p = t.call.prototype();
+  const auto all = p.vectors(true, true), written = p.vectors(false, true);
+  if (p.startsWith("ovksSort") || all.size() < 2 || written.empty()) return;
+  const std::size_t guest = oneOf(written, random), host = oneOf(all, random);
+  if (guest == host || t.call.size(guest) == 0 || t.call.size(host) == 0) return;
+  const int before = static_cast<int>(t.call.size(guest)) - 1, after = static_cast<int>(t.call.size(host)) - 1;
+  const bool near = random.below(2);
+  const int shift = random.between(-(near ? std::min(before, 80) : before), near ? std::min(after, 80) : after);
+  t.call.place(t.everywhere(), {guest, host, shift});
+  t.execute(t.call);
+}
+
+// Makes argument k one that the export must refuse, if there is such a one.
+bool spoil(Call& call, std::size_t k, Random& random) {
+  const Parameter& q = call.prototype().parameters[k];
+  if (q.isPointer) {
+    const bool isTagged = q.isObject() && !call.prototype().isInit() && !call.prototype().startsWith("ovksFIRSR_");
+    const bool isOptional = q.startsWith("pDly") || (!q.isVector() && q.element && call.size(k) == 0);
+    if (isTagged && random.below(2)) call.damageTag(k, static_cast<std::int32_t>(random.bits()));
+    else if (!isOptional) call.arguments[k].set(nullptr);
+    return !isOptional;
+  }
+  const bool isFlag = q.name == "flag", isOrder = q.name == "order", isAlgorithm = q.name == "algType";
+  if (q.isLength()) call.arguments[k].set(std::min(0, anyNumber(random)));
+  if (isOrder) call.arguments[k].set(random.below(2) ? random.between(30, 40) : -random.between(1, 9));
+  if (isFlag) call.arguments[k].set(16 * random.below(99) + 3);
+  if (isAlgorithm) call.arguments[k].set(random.between(3, 255));
+  return q.isLength() || isFlag || isOrder || isAlgorithm;
+}
+
+// What went wrong, or nothing; counts calls that gave results.
+std::string tryOut(const Prototype& p, Random& random, int& successes) {
+  const unsigned control = kDefaultControl | (random.below(2) ? static_cast<unsigned>(random.bits()) & kModes : 0);
+  Trial t(p, anyShape(random), random, control);
+  const int heapCallsBefore = heapCalls;
+  successes += t.first() >= 0;
+  const std::vector<Overlap> permitted = t.permitted();
+  const bool shares = !permitted.empty() && random.below(2);
+  // Filtering by transforms cuts blocks of its own in place.
+  const bool mayDiffer = shares && p.startsWith("ovksFIRSR_") && t.call.shape().algType != FilterAlgDirect;
+  t.again(shares ? oneOf(permitted, random) : Overlap(), mayDiffer);
+  if (heapCalls != heapCallsBefore) t.fail("allocates or releases memory");
+  t.outOfPlace();
+  if (random.below(4) == 0) overlap(t, random);
+  t.call.place(t.everywhere());
+  const auto spoiled = static_cast<std::size_t>(random.below(static_cast<int>(p.parameters.size())));
+  if (!spoil(t.call, spoiled, random)) return t.error();
+  if (const Status status = t.execute(t.call); status >= 0)
+    t.fail("status ", status, " in spite of ", p.parameters[spoiled].name);
+  return t.error();
+}
+
+TEST(Fuzz, RandomCalls) {
+  using Clock = std::chrono::steady_clock;
+  const long seconds = setting("FUZZ_SECONDS", 0);
+  const auto end = Clock::now() + std::chrono::seconds(seconds);
+  const std::vector<Prototype>& all = prototypes();
+  const auto from = static_cast<std::size_t>(setting("FUZZ_FROM", 0));
+  ASSERT_GE(all.size(), 600u);
+  std::set<std::string> failed;
+  std::vector<int> successes(all.size());
+  tellOnDeath();
+  std::size_t trial = from;
+  for (; seconds > 0 ? Clock::now() < end : trial < from + 2 * all.size(); ++trial) {
+    const Prototype& p = all[trial % all.size()];
+    if (failed.count(p.name)) continue;
+    std::snprintf(current, sizeof current, "%s: FUZZ_FROM=%zu with --gtest_random_seed=%d\n", p.name.c_str(), trial,
+                  GTEST_FLAG_GET(random_seed));
+    Random random("fuzz " + std::to_string(trial));
+    const bool isQuery = p.name.find("Size") != std::string::npos;
+    int& count = successes[trial % all.size()];
+    const std::string error = isQuery ? query(p, random) : tryOut(p, random, count);
+    count += isQuery;
+    if (error.empty()) continue;
+    ADD_FAILURE() << current << error;
+    failed.insert(p.name);
+  }
+  std::printf("%zu trials of %zu exports\n", trial - from, all.size());
+  constexpr std::size_t kEnough = 40;
+  for (std::size_t k = 0; k < all.size() && trial - from > kEnough * all.size(); ++k)
+    EXPECT_TRUE(successes[k] > 0 || failed.count(all[k].name)) << all[k].name << " never succeeded";
+}
+
+// Large enough for every algorithm that lengths choose, and for stores past the caches.
+TEST(Fuzz, LargeCalls) {
+  if (setting("FUZZ_SECONDS", 0) > 0) GTEST_SKIP() << "random calls are asked for";
+  Shape large;
+  large.len = 280001;  // of 64fc, above 4 MiB
+  large.len2 = 300;
+  large.order = 19;
+  large.flag = FFTDivBySqrtN;
+  for (const Prototype& p : prototypes()) {
+    Random random(p.name);
+    // Random constants may make a call one to be refused.
+    bool isDone = false;
+    for (int tries = 0; tries < 50 && !isDone; ++tries) {
+      Trial t(p, large, random, kDefaultControl | kModes);
+      const int heapCallsBefore = heapCalls;
+      isDone = t.first() >= 0;
+      EXPECT_EQ(heapCalls, heapCallsBefore) << p.name << " allocates or releases memory";
+      EXPECT_EQ(t.error(), "");
+    }
+    EXPECT_TRUE(isDone) << p.name << " never succeeded";
+  }
+}
+
+TEST(Fuzz, AllocationIsSeen) {
+  heapCalls = 0;
+  ovksFree(ovksMalloc_8u(100));
+  EXPECT_EQ(heapCalls, 2);
+}
+
+}  // namespace
+}  // namespace ovks::test
