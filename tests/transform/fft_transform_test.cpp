@@ -49,9 +49,9 @@ Kind kindOf(const Prototype& p) {
 
 // Noise, the same in both precisions: real, or with the symmetry of real signals' spectra, where that is asked for.
 Points noise(const Kind& kind, int order) {
-  Random random("noise " + std::to_string(order));
+  std::mt19937 random(static_cast<unsigned>(order));  // of few points luck decides
   const std::size_t n = std::size_t{1} << order;
-  const auto one = [&] { return static_cast<float>(random.between(-(1 << 20), 1 << 20)) / (1 << 20); };
+  const auto one = [&] { return static_cast<float>(static_cast<std::int32_t>(random()) >> 8) / (1 << 23); };
   Points x(n);
   for (Wide& z : x) z = {one(), kind.isReal && kind.forward ? 0 : one()};
   if (!kind.isReal || kind.forward) return x;
