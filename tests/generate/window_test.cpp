@@ -120,9 +120,8 @@ bool fits(R got, R x, Fate<W> fate) {
   }
 }
 
-// The export of one or two operands that call() calls.
-template <class T>
-Export described(const void* name, std::size_t operands, auto call, auto shape, auto... alpha) {
+template <class T, class... A>
+Export described(const void* function, auto shape, A... alpha) {
   using Weight = std::conditional_t<std::is_integral_v<Real<T>>, float, Real<T>>;
   const auto judge = [=](const void* const* in, const void* out, int n, RoundMode, int) {
     const auto fates = shape(Weight{}, n, alpha...);
@@ -135,21 +134,20 @@ Export described(const void* name, std::size_t operands, auto call, auto shape, 
     }
     return v;
   };
-  const std::vector<const ElementType*> types(operands, &elementType<T>);
-  return {exportName(name), types, std::vector<bool>(operands, true), operands == 1, false, 0, call, judge};
+  const Prototype& prototype = prototypeOf(function);
+  const std::size_t operands = prototype.find("len");
+  std::vector<Argument> constants(sizeof...(A));
+  (constants[0].set(alpha), ...);
+  return {prototype.name, &prototype, {operands, &elementType<T>}, operands == 1, false, judge, constants};
 }
 
 template <class T, class... A>
 Export describe(Status (*f)(const T*, T*, int, A...), auto shape, std::type_identity_t<A>... alpha) {
-  const auto call = [=](void* const* p, int n, RoundMode, int) {
-    return f(static_cast<const T*>(p[0]), static_cast<T*>(p[1]), n, alpha...);
-  };
-  return described<T>(reinterpret_cast<const void*>(f), 2, call, shape, alpha...);
+  return described<T>(reinterpret_cast<const void*>(f), shape, alpha...);
 }
 template <class T, class... A>
 Export describe(Status (*f)(T*, int, A...), auto shape, std::type_identity_t<A>... alpha) {
-  const auto call = [=](void* const* p, int n, RoundMode, int) { return f(static_cast<T*>(p[0]), n, alpha...); };
-  return described<T>(reinterpret_cast<const void*>(f), 1, call, shape, alpha...);
+  return described<T>(reinterpret_cast<const void*>(f), shape, alpha...);
 }
 
 template <Beginning name>

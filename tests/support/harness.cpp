@@ -61,6 +61,7 @@ std::string check(const Export& e, int len, RoundMode mode, int scaleFactor, Ran
   t.keepsFlags = e.operands.back()->integer;
   t.call.setConstant("rndMode", mode);
   t.call.setConstant("scaleFactor", scaleFactor);
+  std::copy(e.constants.rbegin(), e.constants.rend(), t.call.arguments.rbegin());
   const std::vector<Overlap> overlaps = sharings(e, t, random);
   t.first();
   judge(e, t, mode, scaleFactor, control);

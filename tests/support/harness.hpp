@@ -40,6 +40,7 @@ struct Export {
   bool accumulates;                          // reads its destination
   bool exact;                                // equal to the reference, not just near it
   std::function<Verdict(const void* const* in, const void* out, int len, RoundMode, int scaleFactor)> judge;
+  std::vector<Argument> constants = {};  // the last parameters' values, where they are given
 };
 
 std::string exportName(const void* function);

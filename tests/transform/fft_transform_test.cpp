@@ -165,5 +165,45 @@ TEST(Fft, LargeOnesMatchReference) {
     check(prototype(name), 23, FFTDivInvByN);
 }
 
+// Few points among zeros, so that each bin is a sum of few terms, and the way back.
+template <class T, class E, class Object>
+void checkLargest(auto getSize, auto init, Status (*forward)(E*, const Object*, uint8_t*),
+                  Status (*inverse)(E*, const Object*, uint8_t*), int order) {
+  constexpr bool isReal = std::is_same_v<T, E>;
+  const std::size_t n = std::size_t{1} << order, each = isReal ? 1 : 2;
+  int spec, room, work;
+  ASSERT_EQ(getSize(order, FFTDivInvByN, AlgHintNone, &spec, &room, &work), StatusOk);
+  std::vector<uint8_t> area(static_cast<std::size_t>(spec)), buffer(static_cast<std::size_t>(std::max(room, work)));
+  std::vector<T> x(each * n);
+  const std::pair<std::size_t, T> points[] = {{1, 1}, {n / 2 + 12345, T(-0.5)}, {n - 7, T(0.25)}};
+  for (const auto& [at, value] : points) x[each * at] = value;
+  const auto data = reinterpret_cast<E*>(x.data());
+  Object* object = nullptr;
+  ASSERT_EQ(init(&object, order, FFTDivInvByN, AlgHintNone, area.data(), buffer.data()), StatusOk);
+  ASSERT_EQ(forward(data, object, buffer.data()), StatusOk);
+  const double bound = 4 * std::numeric_limits<T>::epsilon();
+  Random random("bins");
+  for (int i = 0; i < 100000; ++i) {
+    const std::size_t k = random.bits() % (n / 2 - 1) + 1;  // in the same place of both layouts
+    Wide want = 0;
+    for (const auto& [at, value] : points) {
+      const auto turns = static_cast<long double>(k * at % n) / static_cast<long double>(n);
+      want += std::polar<long double>(value, -6.283185307179586476925286766559L * turns);
+    }
+    ASSERT_LE(std::abs(Wide(x[2 * k], x[2 * k + 1]) - want), bound) << k;
+  }
+  ASSERT_EQ(inverse(data, object, buffer.data()), StatusOk);
+  for (const auto& [at, value] : points) x[each * at] -= value;
+  for (const T rest : x) ASSERT_LE(std::fabs(rest), bound);
+}
+
+// Some five gigabytes; with --gtest_also_run_disabled_tests.
+TEST(Fft, DISABLED_LargestOrders) {
+  checkLargest<float>(ovksFFTGetSize_C_32fc, ovksFFTInit_C_32fc, ovksFFTFwd_CToC_32fc_I, ovksFFTInv_CToC_32fc_I, 28);
+  checkLargest<double>(ovksFFTGetSize_C_64fc, ovksFFTInit_C_64fc, ovksFFTFwd_CToC_64fc_I, ovksFFTInv_CToC_64fc_I, 27);
+  checkLargest<float>(ovksFFTGetSize_R_32f, ovksFFTInit_R_32f, ovksFFTFwd_RToPerm_32f_I, ovksFFTInv_PermToR_32f_I, 29);
+  checkLargest<double>(ovksFFTGetSize_R_64f, ovksFFTInit_R_64f, ovksFFTFwd_RToPerm_64f_I, ovksFFTInv_PermToR_64f_I, 28);
+}
+
 }  // namespace
 }  // namespace ovks::test
