@@ -7,18 +7,35 @@
 namespace ovks::fft {
 
 // Twiddles exp(-2 pi i l k / N) for point l of the L rows k = g L + 0 ... L - 1 of tile g, one vector each, rows in the
-// points' order.
-template <class V>
+// points' order. Where reading them would take longer, `few`, only those for 1, 2 and 5 are stored: the others of eight
+// points are products of two of them.
+template <class V, bool few>
 struct TileTwiddles {
   using T = Lane<V>;
-  static constexpr int kPerTile = (lanes<V> - 1) * 2 * lanes<V>;
+  static constexpr int kStored = few ? 3 : lanes<V> - 1;
+  static constexpr int kPerTile = kStored * 2 * lanes<V>;
+  static_assert(!few || lanes<V> == 8);
 
   const T* table;
 
+  static constexpr int point(int i) { return few && i == 2 ? 5 : i + 1; }
+
+  template <int l>
+  OVKS_INLINE Complex<V> at(std::ptrdiff_t g) const {
+    if constexpr (few && (l == 3 || l == 4 || l > 5)) {
+      constexpr int big = l > 5 ? 5 : 2;
+      const Complex<V> a = at<l - big>(g), b = at<big>(g);
+      return fft::turn<Direction::forward>(a, b.re, b.im);
+    } else {
+      const T* w = table + g * kPerTile + (l < 5 || !few ? l - 1 : 2) * 2 * lanes<V>;
+      return {load<V>(w), load<V>(w + lanes<V>)};
+    }
+  }
+
   template <Direction D, int l>
   OVKS_INLINE Complex<V> turn(std::ptrdiff_t g, Complex<V> x) const {
-    const T* w = table + g * kPerTile + (l - 1) * 2 * lanes<V>;
-    return fft::turn<D>(x, load<V>(w), load<V>(w + lanes<V>));
+    const Complex<V> w = at<l>(g);
+    return fft::turn<D>(x, w.re, w.im);
   }
 };
 

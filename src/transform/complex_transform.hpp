@@ -11,6 +11,15 @@ namespace ovks::fft {
 // A block that fits is finished pass by pass; a larger one is cut up first, each part then finished on its own.
 inline constexpr std::ptrdiff_t kCacheBlock = 16384;
 
+// Elements of twiddles of a tile.
+template <class T>
+constexpr int tileTwiddles(int order) {
+  using V = Vec<T>;
+  if constexpr (lanes<V> == 8)
+    if (order >= kMinFewTwiddlesOrder<T>) return TileTwiddles<V, true>::kPerTile;
+  return TileTwiddles<V, false>::kPerTile;
+}
+
 // Where the parts of the twiddle area begin, in elements.
 template <class T>
 struct TwiddleLayout {
@@ -23,7 +32,7 @@ struct TwiddleLayout {
       tiles = 2 * L * (L - 1);
       columns = aligned(tiles + m / L * 2 * (L - 1));
     } else {
-      columns = m * 2 * (L - 1);
+      columns = m / L * tileTwiddles<T>(order);
     }
   }
 };
@@ -81,6 +90,12 @@ struct Job {
   T factor;
 };
 
+template <Direction D, class V, class Twiddles, class Points>
+void close(const Job<Lane<V>>& job, Rows<V> rows, Points dst, std::ptrdiff_t m, Twiddles twiddles) {
+  if (job.scale) closingPass<D, true>(rows, dst, m, twiddles, job.bitReversal, job.factor);
+  else closingPass<D, false>(rows, dst, m, twiddles, job.bitReversal, Lane<V>(1));
+}
+
 template <Direction D, class V, class Points>
 void inCache(const Job<Lane<V>>& job, Points src, Points dst) {
   using T = Lane<V>;
@@ -92,9 +107,9 @@ void inCache(const Job<Lane<V>>& job, Points src, Points dst) {
   firstPass<D>(bits, PointRows<V, Points>{src}, rows, m);
   const std::ptrdiff_t blocks = std::ptrdiff_t{1} << bits;
   Columns<D, Rows<V>>(passes, job.twiddles + layout.columns).run(1, rows, m >> bits, 0, blocks, blocks);
-  const TileTwiddles<V> twiddles = {job.twiddles};
-  if (job.scale) closingPass<D, true>(rows, dst, m, twiddles, job.bitReversal, job.factor);
-  else closingPass<D, false>(rows, dst, m, twiddles, job.bitReversal, T(1));
+  if constexpr (lanes<V> == 8)
+    if (job.order >= kMinFewTwiddlesOrder<T>) return close<D>(job, rows, dst, m, TileTwiddles<V, true>{job.twiddles});
+  close<D>(job, rows, dst, m, TileTwiddles<V, false>{job.twiddles});
 }
 
 // The first two passes, of radix 16 both, through the work buffer: 512 bytes of each of 256 parts at a time, so that

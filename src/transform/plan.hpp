@@ -20,6 +20,10 @@ inline constexpr int kMaxInCacheOrder = sizeof(T) == 4 ? 18 : 17;
 template <class T>
 inline constexpr int kLanes = kVectorBytes / int{sizeof(T)};
 
+// Whether the closing pass has only few of its twiddles stored.
+template <class T>
+inline constexpr int kMinFewTwiddlesOrder = kAvx512 && sizeof(T) == 8 ? 10 : kMaxOrder + 1;
+
 // The passes over the columns, as log2 of their radices, first to last.
 struct Passes {
   int count = 0;

@@ -41,10 +41,15 @@ constexpr T* appendMultiples(T* p, const UnitCircle<T>& circle, int32_t step, in
   return p;
 }
 
-// Vectors of twiddles for rows row ... row + lanes - 1 of the closing pass, for their points 1 ... lanes - 1.
-template <class V, class Order, class T>
+// Vectors of twiddles for rows row ... row + lanes - 1 of the closing pass.
+template <class Twiddles, class V, class Order, class T>
 constexpr void makeTile(T* p, const UnitCircle<T>& circle, int32_t row) {
-  for (int l = 1; l < lanes<V>; ++l, p += 2 * lanes<V>) putPoints<V, Order>(p, circle, l, row);
+  for (int i = 0; i < Twiddles::kStored; ++i, p += 2 * lanes<V>)
+    putPoints<V, Order>(p, circle, Twiddles::point(i), row);
+}
+template <class Twiddles, class V, class Order, class T>
+constexpr void makeTiles(T* p, const UnitCircle<T>& circle, int32_t rows) {
+  for (int32_t k = 0; k < rows; k += lanes<V>, p += Twiddles::kPerTile) makeTile<Twiddles, V, Order>(p, circle, k);
 }
 
 // Twiddles of the passes over columns: see passes.hpp.
@@ -67,11 +72,13 @@ constexpr void makeTwiddles(T* table, const T* sine, int sineOrder, int order) {
   const TwiddleLayout<T> layout(order);
   const UnitCircle<T> circle(sine, sineOrder, order);
   if (order > kMaxInCacheOrder<T>) {
-    makeTile<V, Order>(table + layout.tileRows, circle, 0);
+    makeTile<TileTwiddles<V, false>, V, Order>(table + layout.tileRows, circle, 0);
     T* p = table + layout.tiles;
     for (int32_t k = 0; k < rows; k += L) p = appendMultiples(p, circle, k, L);
-  } else {
-    for (int32_t k = 0; k < rows; k += L) makeTile<V, Order>(table + k * 2 * (L - 1), circle, k);
+  } else if (order < kMinFewTwiddlesOrder<T>) {
+    makeTiles<TileTwiddles<V, false>, V, Order>(table, circle, rows);
+  } else if constexpr (L == 8) {
+    makeTiles<TileTwiddles<V, true>, V, Order>(table, circle, rows);
   }
   makeColumns(table + layout.columns, sine, sineOrder, passesOf<T>(order));
 }
