@@ -58,7 +58,7 @@ constexpr Passes choosePasses(int order) {
     while (bits > 0) take(3);
     return p;
   }
-  if (p.count == 0 && (bits == 4 || (bits < 8 && bits % 3 == 2))) take(2);
+  if (p.count == 0 && bits == 4) take(2);
   else if (p.count == 0 && (1 << bits) / 8 >= kPageRows) take(2);
   const int sixteens = bits == 4 || bits >= 7 ? bits % 3 : 0;
   while (bits - 4 * sixteens >= 3) take(3);
