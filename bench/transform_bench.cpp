@@ -77,6 +77,15 @@ void complexRows(int order) {
                                  ovksFFTFwd_CToC_64fc(reinterpret_cast<Complex64f*>(s),
                                                       reinterpret_cast<Complex64f*>(d), spec, work);
                                });
+  const std::string singleSplit = "FFTFwd_CToC_32f", wideSplit = "FFTFwd_CToC_64f";
+  ours<float, FFTSpec_C_32f>(singleSplit, order, 2 * n, ovksFFTGetSize_C_32f, ovksFFTInit_C_32f,
+                             [=](float* s, float* d, const FFTSpec_C_32f* spec, uint8_t* work) {
+                               ovksFFTFwd_CToC_32f(s, s + n, d, d + n, spec, work);
+                             });
+  ours<double, FFTSpec_C_64f>(wideSplit, order, 2 * n, ovksFFTGetSize_C_64f, ovksFFTInit_C_64f,
+                              [=](double* s, double* d, const FFTSpec_C_64f* spec, uint8_t* work) {
+                                ovksFFTFwd_CToC_64f(s, s + n, d, d + n, spec, work);
+                              });
 #ifdef OVKS_HAVE_FFTW
   const auto planSingle = [=](float* s, float* d) {
     return fftwf_plan_dft_1d(n, reinterpret_cast<fftwf_complex*>(s), reinterpret_cast<fftwf_complex*>(d), FFTW_FORWARD,
@@ -88,6 +97,15 @@ void complexRows(int order) {
   };
   theirs<float>(single, order, 2 * n, planSingle, fftwf_execute);
   theirs<double>(wide, order, 2 * n, planWide, fftw_execute);
+  const fftw_iodim whole = {n, 1, 1};
+  const auto planSingleSplit = [=](float* s, float* d) {
+    return fftwf_plan_guru_split_dft(1, &whole, 0, nullptr, s, s + n, d, d + n, patience(order));
+  };
+  const auto planWideSplit = [=](double* s, double* d) {
+    return fftw_plan_guru_split_dft(1, &whole, 0, nullptr, s, s + n, d, d + n, patience(order));
+  };
+  theirs<float>(singleSplit, order, 2 * n, planSingleSplit, fftwf_execute);
+  theirs<double>(wideSplit, order, 2 * n, planWideSplit, fftw_execute);
 #endif
 }
 

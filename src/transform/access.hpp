@@ -117,9 +117,18 @@ struct ComplexHalves {
   Halves<V> re, im;
 };
 
+// Into the caches or past them.
+enum class Via { caches, none };
+template <Via via, class V>
+OVKS_INLINE void write(Lane<V>* p, V v) {
+  if constexpr (via == Via::caches) store(p, v);
+  else stream(p, v);
+}
+
 // Points as the caller stores them.
-template <class T>
+template <class T, Via via = Via::caches>
 struct Interleaved {
+  static constexpr Via kVia = via;
   using Order = ByChunks;
   T* p;
 
@@ -130,8 +139,13 @@ struct Interleaved {
   }
   template <class From = Order, class V>
   OVKS_INLINE void put(std::ptrdiff_t i, Complex<V> x) const {
-    store(p + 2 * i, shuffle2<detail::PointsHalf<From, 0>>(x.re, x.im));
-    store(p + 2 * i + lanes<V>, shuffle2<detail::PointsHalf<From, 1>>(x.re, x.im));
+    write<via>(p + 2 * i, shuffle2<detail::PointsHalf<From, 0>>(x.re, x.im));
+    write<via>(p + 2 * i + lanes<V>, shuffle2<detail::PointsHalf<From, 1>>(x.re, x.im));
+  }
+  template <class V>
+  OVKS_INLINE void prefetch(std::ptrdiff_t i) const {
+    __builtin_prefetch(p + 2 * i, 0, 2);
+    __builtin_prefetch(p + 2 * i + lanes<V>, 0, 2);
   }
   OVKS_INLINE Complex<std::remove_const_t<T>> at(std::ptrdiff_t i) const { return {p[2 * i], p[2 * i + 1]}; }
   OVKS_INLINE void set(std::ptrdiff_t i, Complex<T> x) const {
@@ -140,8 +154,9 @@ struct Interleaved {
   }
 };
 
-template <class T>
+template <class T, Via via = Via::caches>
 struct Split {
+  static constexpr Via kVia = via;
   using Order = InOrder;
   T *re, *im;
 
@@ -151,8 +166,13 @@ struct Split {
   }
   template <class From = Order, class V>
   OVKS_INLINE void put(std::ptrdiff_t i, Complex<V> x) const {
-    store(re + i, shuffle2<detail::Placed<From>>(x.re, x.re));
-    store(im + i, shuffle2<detail::Placed<From>>(x.im, x.im));
+    write<via>(re + i, shuffle2<detail::Placed<From>>(x.re, x.re));
+    write<via>(im + i, shuffle2<detail::Placed<From>>(x.im, x.im));
+  }
+  template <class V>
+  OVKS_INLINE void prefetch(std::ptrdiff_t i) const {
+    __builtin_prefetch(re + i, 0, 2);
+    __builtin_prefetch(im + i, 0, 2);
   }
   OVKS_INLINE Complex<T> at(std::ptrdiff_t i) const { return {re[i], im[i]}; }
   OVKS_INLINE void set(std::ptrdiff_t i, Complex<T> x) const {
@@ -163,7 +183,7 @@ struct Split {
 
 // Rows of one vector of real and one of imaginary parts, side by side: in the work buffer, or in the room that as many
 // interleaved points have.
-template <class V>
+template <class V, Via via = Via::caches>
 struct Rows {
   using Vector = V;
   Lane<V>* p;
@@ -172,8 +192,8 @@ struct Rows {
     return {load<V>(p + i * 2 * lanes<V>), load<V>(p + i * 2 * lanes<V> + lanes<V>)};
   }
   OVKS_INLINE void put(std::ptrdiff_t i, Complex<V> x) const {
-    store(p + i * 2 * lanes<V>, x.re);
-    store(p + i * 2 * lanes<V> + lanes<V>, x.im);
+    write<via>(p + i * 2 * lanes<V>, x.re);
+    write<via>(p + i * 2 * lanes<V> + lanes<V>, x.im);
   }
   OVKS_INLINE ComplexHalves<V> halves(std::ptrdiff_t i, std::ptrdiff_t j) const {
     const Lane<V>*a = p + i * 2 * lanes<V>, *b = p + j * 2 * lanes<V>;
@@ -188,7 +208,7 @@ struct Rows {
 };
 
 // Rows in two arrays.
-template <class V>
+template <class V, Via via = Via::caches>
 struct SplitRows {
   using Vector = V;
   Lane<V>*re, *im;
@@ -197,8 +217,8 @@ struct SplitRows {
     return {load<V>(re + i * lanes<V>), load<V>(im + i * lanes<V>)};
   }
   OVKS_INLINE void put(std::ptrdiff_t i, Complex<V> x) const {
-    store(re + i * lanes<V>, x.re);
-    store(im + i * lanes<V>, x.im);
+    write<via>(re + i * lanes<V>, x.re);
+    write<via>(im + i * lanes<V>, x.im);
   }
   OVKS_INLINE ComplexHalves<V> halves(std::ptrdiff_t i, std::ptrdiff_t j) const {
     return {loadHalves<V>(re + i * lanes<V>, re + j * lanes<V>), loadHalves<V>(im + i * lanes<V>, im + j * lanes<V>)};
@@ -220,6 +240,41 @@ OVKS_INLINE SplitRows<V> rowsIn(Split<Lane<V>> a) {
   return {a.re, a.im};
 }
 
+// The same, written past the caches: all vectors must be aligned.
+template <class T>
+Interleaved<T, Via::none> pastCaches(Interleaved<T> a) {
+  return {a.p};
+}
+template <class T>
+Split<T, Via::none> pastCaches(Split<T> a) {
+  return {a.re, a.im};
+}
+template <class V>
+Rows<V, Via::none> pastCaches(Rows<V> a) {
+  return {a.p};
+}
+template <class V>
+SplitRows<V, Via::none> pastCaches(SplitRows<V> a) {
+  return {a.re, a.im};
+}
+// Whether one's arrays are also the other's.
+template <class T>
+bool haveSameArray(Interleaved<T> a, Interleaved<T> b) {
+  return a.p == b.p;
+}
+template <class T>
+bool haveSameArray(Split<T> a, Split<T> b) {
+  return a.re == b.re || a.re == b.im || a.im == b.re || a.im == b.im;
+}
+template <class V, class T>
+bool isAligned(Interleaved<T> a) {
+  return reinterpret_cast<uintptr_t>(a.p) % sizeof(V) == 0;
+}
+template <class V, class T>
+bool isAligned(Split<T> a) {
+  return (reinterpret_cast<uintptr_t>(a.re) | reinterpret_cast<uintptr_t>(a.im)) % sizeof(V) == 0;
+}
+
 // The caller's points a vector at a time, as if they were rows.
 template <class V, class Points>
 struct PointRows {
@@ -227,6 +282,7 @@ struct PointRows {
   std::ptrdiff_t first = 0;
 
   OVKS_INLINE Complex<V> get(std::ptrdiff_t i) const { return points.template get<V>((first + i) * lanes<V>); }
+  OVKS_INLINE void prefetch(std::ptrdiff_t i) const { points.template prefetch<V>((first + i) * lanes<V>); }
   OVKS_INLINE PointRows from(std::ptrdiff_t i) const { return {points, first + i}; }
 };
 

@@ -12,6 +12,7 @@ namespace ovks::fft {
 template <class V, bool few>
 struct TileTwiddles {
   using T = Lane<V>;
+  static constexpr bool kFew = few;
   static constexpr int kStored = few ? 3 : lanes<V> - 1;
   static constexpr int kPerTile = kStored * 2 * lanes<V>;
   static_assert(!few || lanes<V> == 8);
@@ -58,8 +59,10 @@ struct TileTwiddleProducts {
   }
 };
 
-// Tile g of m rows, the first of which is given, rows and points of rows in the given order; step j of its spectrum goes to out.put at first + j * outStep.
-template <Direction D, bool scale, class Order, class RowSet, class Twiddles, class Out, class V = typename RowSet::Vector>
+// Tile g of m rows, the first of which is given, rows and points of rows in the given order; step j of its spectrum
+// goes to out.put at first + j * outStep.
+template <Direction D, bool scale, class Order, class RowSet, class Twiddles, class Out,
+          class V = typename RowSet::Vector>
 OVKS_INLINE void closeTile(RowSet tile, std::ptrdiff_t step, std::ptrdiff_t g, Twiddles twiddles, Out out,
                            std::ptrdiff_t first, std::ptrdiff_t outStep, Lane<V> factor) {
   const V f = splat<V>(factor);
@@ -82,13 +85,27 @@ OVKS_INLINE std::ptrdiff_t reverseTile(const int32_t* bitReversal, std::ptrdiff_
   return bitReversal[g] >> (2 * log2OfPower(lanes<V>) - 1);
 }
 
+// The rows of a tile that is to follow.
+template <class V>
+OVKS_INLINE void prefetchTile(Rows<V> tile, std::ptrdiff_t step) {
+  for (int j = 0; j < lanes<V>; ++j) {
+    const Lane<V>* row = tile.from(j * step).p;
+    __builtin_prefetch(row);
+    __builtin_prefetch(row + lanes<V>);
+  }
+}
+
 // From rows into another place.
 template <Direction D, bool scale, class V, class Twiddles, class Points>
 [[gnu::noinline]] void closingPass(Rows<V> rows, Points dst, std::ptrdiff_t m, Twiddles twiddles,
                                    const int32_t* bitReversal, Lane<V> factor) {
   constexpr int L = lanes<V>;
-  for (std::ptrdiff_t g = 0; g < m / L; ++g)
-    closeTile<D, scale, typename Points::Order>(rows.from(reverseTile<V>(bitReversal, g)), m / L, g, twiddles, dst, g * L, m, factor);
+  for (std::ptrdiff_t g = 0; g < m / L; ++g) {
+    if constexpr (Twiddles::kFew)
+      if (g + 1 < m / L) prefetchTile(rows.from(reverseTile<V>(bitReversal, g + 1)), m / L);
+    closeTile<D, scale, typename Points::Order>(rows.from(reverseTile<V>(bitReversal, g)), m / L, g, twiddles, dst,
+                                                g * L, m, factor);
+  }
 }
 
 // The rows of two tiles: they lie too far apart for the processor to see them coming.
@@ -110,7 +127,8 @@ template <Direction D, bool scale, class V, class Twiddles, class Points>
   alignas(64) T scratch[2 * L * L];
   const Split<T> held = {scratch, scratch + L * L};
   const auto nextPair = [&](std::ptrdiff_t g) {
-    while (++g < m / L && reverseTile<V>(bitReversal, g) < g) {}
+    while (++g < m / L && reverseTile<V>(bitReversal, g) < g) {
+    }
     return g;
   };
   for (std::ptrdiff_t g = 0, next; g < m / L; g = next) {

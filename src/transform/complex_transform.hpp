@@ -1,15 +1,13 @@
 // SPDX-License-Identifier: MIT
-// The complex transform of more points than a straight-line kernel has: all passes through the work buffer while everything fits the caches, in the
-// destination itself above.
+// The complex transform of more points than a straight-line kernel has: all passes through the work buffer while
+// everything fits the caches, in panels above, in the destination itself where panels would not fit.
 #pragma once
 
 #include "transform/closing_pass.hpp"
+#include "transform/panels.hpp"
 #include "transform/spec.hpp"
 
 namespace ovks::fft {
-
-// A block that fits is finished pass by pass; a larger one is cut up first, each part then finished on its own.
-inline constexpr std::ptrdiff_t kCacheBlock = 16384;
 
 // Elements of twiddles of a tile.
 template <class T>
@@ -35,59 +33,6 @@ struct TwiddleLayout {
       columns = m / L * tileTwiddles<T>(order);
     }
   }
-};
-
-template <Direction D, class RowSet, class T>
-void blocksPass(int bits, RowSet rows, std::ptrdiff_t m, std::ptrdiff_t blocks, const T* w) {
-  if (bits == 2) blocksPass<D, 4>(rows, m, blocks, w);
-  else if (bits == 3) blocksPass<D, 8>(rows, m, blocks, w);
-  else blocksPass<D, 16>(rows, m, blocks, w);
-}
-
-template <Direction D, class In, class Out>
-void firstPass(int bits, In in, Out out, std::ptrdiff_t m) {
-  if (bits == 2) firstPass<D, 4>(in, out, m);
-  else if (bits == 3) firstPass<D, 8>(in, out, m);
-  else firstPass<D, 16>(in, out, m);
-}
-
-// The passes over columns but the first, on blocks of rows.
-template <Direction D, class RowSet>
-class Columns {
- public:
-  using V = typename RowSet::Vector;
-
-  Columns(const Passes& passes, const Lane<V>* twiddles) : passes_(passes), twiddles_(twiddles) {}
-
-  // From pass s on, n blocks of m rows each from the given one of `blocks` in all.
-  void run(int s, RowSet rows, std::ptrdiff_t m, std::ptrdiff_t block, std::ptrdiff_t n, std::ptrdiff_t blocks) const {
-    const bool fits = n * m * std::ptrdiff_t{2 * sizeof(V)} <= kCacheBlock;
-    if (n > 1 && !fits) {
-      for (std::ptrdiff_t b = 0; b < n; ++b) run(s, rows.from(b * m), m, block + b, 1, blocks);
-      return;
-    }
-    for (; s < passes_.count; ++s) {
-      const int bits = passes_.bits[s];
-      const std::ptrdiff_t set = 2 * ((1 << bits) - 1);
-      blocksPass<D>(bits, rows, m, n, twiddles_ + columnTwiddles(blocks, passes_.bits[0]) + block * set);
-      m >>= bits, n <<= bits, block <<= bits, blocks <<= bits;
-      if (!fits) return run(s + 1, rows, m, block, n, blocks);
-    }
-  }
-
- private:
-  const Passes& passes_;
-  const Lane<V>* twiddles_;
-};
-
-template <class T>
-struct Job {
-  int order;
-  const T* twiddles;
-  const int32_t* bitReversal;
-  T* work;
-  bool scale;
-  T factor;
 };
 
 template <Direction D, class V, class Twiddles, class Points>
@@ -137,11 +82,8 @@ void large(const Job<Lane<V>>& job, Points src, Points dst) {
   const TwiddleLayout<T> layout(job.order);
   const T* columns = job.twiddles + layout.columns;
   const auto rows = rowsIn<V>(dst);
-  const int outer = outerBits<T>(job.order);
-  if (outer == 4) firstPass<D, 16>(PointRows<V, Points>{src}, rows, m);
-  else firstTwoPasses<D, V>(src, rows, m, columns, job.work);
-  const std::ptrdiff_t blocks = std::ptrdiff_t{1} << outer;
-  Columns<D, decltype(rowsIn<V>(dst))>(passes, columns).run(outer / 4, rows, m >> outer, 0, blocks, blocks);
+  firstTwoPasses<D, V>(src, rows, m, columns, job.work);
+  Columns<D, decltype(rowsIn<V>(dst))>(passes, columns).run(2, rows, m / 256, 0, 256, 256);
   const TileTwiddleProducts<V> twiddles = {job.twiddles + layout.tiles, job.twiddles};
   if (job.scale) closingPassInPlace<D, true, V>(dst, m, twiddles, job.bitReversal, job.factor);
   else closingPassInPlace<D, false, V>(dst, m, twiddles, job.bitReversal, T(1));
@@ -150,8 +92,9 @@ void large(const Job<Lane<V>>& job, Points src, Points dst) {
 // src and dst may be the same.
 template <Direction D, class Points, class T>
 void transformLong(const Job<T>& job, Points src, Points dst) {
-  if (job.order > kMaxInCacheOrder<T>) large<D, Vec<T>>(job, src, dst);
-  else inCache<D, Vec<T>>(job, src, dst);
+  if (job.order <= kMaxInCacheOrder<T>) inCache<D, Vec<T>>(job, src, dst);
+  else if (job.order <= kMaxPanelOrder<T>) inPanels<D, Vec<T>>(job, src, dst);
+  else large<D, Vec<T>>(job, src, dst);
 }
 
 }  // namespace ovks::fft

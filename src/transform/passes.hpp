@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // The passes of a transform over rows.
 //
-// N points are seen as M = N / L rows of L lanes, x[L r + l] standing in row r, in lane l or where the points' order puts it. Passes of radix 2 to 16
-// transform the columns, all lanes at once and without shuffles; spectrum point k of the columns ends in the row with
-// k's bits reversed. The closing pass takes L rows of neighbouring k, transposes them, turns lane l by
-// exp(-2 pi i l k / N) and transforms across the lanes, which leaves X[k + M j] in natural order.
+// N points are seen as M = N / L rows of L lanes, x[L r + l] standing in row r, in lane l or where the points' order
+// puts it. Passes of radix 2 to 16 transform the columns, all lanes at once and without shuffles; spectrum point k of
+// the columns ends in the row with k's bits reversed. The closing pass takes L rows of neighbouring k, transposes them,
+// turns lane l by exp(-2 pi i l k / N) and transforms across the lanes, which leaves X[k + M j] in natural order.
 //
 // A block is what one spectrum point of the earlier passes leaves to be transformed. All points of a block with
 // reversed number c among B blocks, each to be split in R, need the same R - 1 twiddles exp(-2 pi i c j / (B R)), and
@@ -141,20 +141,19 @@ OVKS_INLINE void joinHalves(Complex<V>* x, RowHalves rows) {
   });
 }
 
-// L rows transformed across their lanes, in which points stand as Order says: rows(Index<r>, Index<s>) gives the halves
-// of rows r and s, twiddle(Index<l>, x) turns point l of all rows, out(Index<j>, x) takes point j of each row's
-// spectrum, row r in lane r.
+// L rows transposed: rows(Index<r>, Index<s>) gives the halves of rows r and s, and use gets what gives point l of all
+// rows for Index<l>, row r in lane r, points standing in the rows as Order says.
 //
-// The transpose goes in three steps: the halves of rows a chunk apart, lanes within chunks, and, where there are four
-// chunks, pairs of them. The butterflies do not take all points at once, so the last step comes bit by bit between
-// them.
-template <Direction D, class Order, class V, class RowHalves, class Twiddle, class Out>
-OVKS_INLINE void acrossLanes(RowHalves rows, Twiddle twiddle, Out out) {
+// It goes in three steps: the halves of rows a chunk apart, lanes within chunks, and, where there are four chunks,
+// pairs of them. The last comes bit by bit as points are asked for, l before l + 2 E places in the lanes, since
+// butterflies do not take all at once.
+template <class Order, class V, class RowHalves, class Use>
+OVKS_INLINE void transposed(RowHalves rows, Use use) {
   using namespace detail;
   constexpr int L = lanes<V>, E = 16 / sizeof(Lane<V>), C = L / E;
   Complex<V> x[L], y[L];
   joinHalves<V>(x, rows);
-  const auto transposed = [&](auto l) __attribute__((always_inline)) {
+  use([&](auto l) __attribute__((always_inline)) {
     constexpr int lane = Order::template place<V>(l);
     if constexpr (C <= 2) {
       y[lane] = x[lane];
@@ -164,10 +163,24 @@ OVKS_INLINE void acrossLanes(RowHalves rows, Twiddle twiddle, Out out) {
       y[lane] = {shuffle2<Chunks<0, 2>>(a.re, b.re), shuffle2<Chunks<0, 2>>(a.im, b.im)};
       y[lane + E] = {shuffle2<Chunks<1, 3>>(a.re, b.re), shuffle2<Chunks<1, 3>>(a.im, b.im)};
     }
-    if constexpr (lane == 0) return y[0];
-    else return twiddle(l, y[lane]);
-  };
-  butterfly<D, L>(transposed, out);
+    return y[lane];
+  });
+}
+
+// L rows transformed across their lanes: twiddle(Index<l>, x) turns point l of all rows, out(Index<j>, x) takes point j
+// of each row's spectrum.
+template <Direction D, class Order, class V, class RowHalves, class Twiddle, class Out>
+OVKS_INLINE void acrossLanes(RowHalves rows, Twiddle twiddle, Out out) {
+  transposed<Order, V>(
+      rows, [&](auto point) __attribute__((always_inline)) {
+        butterfly<D, lanes<V>>(
+            [&](auto l) __attribute__((always_inline)) {
+              const Complex<V> x = point(l);
+              if constexpr (decltype(l)::value == 0) return x;
+              else return twiddle(l, x);
+            },
+            out);
+      });
 }
 
 }  // namespace ovks::fft

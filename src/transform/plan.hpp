@@ -12,10 +12,16 @@ inline constexpr int kMaxOrder = 28;
 inline constexpr int kMaxSmallOrder = 6;
 // Up to here one straight-line kernel each.
 template <class T>
-inline constexpr int kMaxShortOrder = !kAvx512 ? 6 : sizeof(T) == 4 ? 8 : 7;
-// Up to here in the caches, through the work buffer; above, in the destination itself.
+inline constexpr int kMaxShortOrder = !kAvx512         ? 6
+                                      : sizeof(T) == 4 ? 8
+                                                       : 7;
+// Up to here in the caches, through the work buffer.
 template <class T>
 inline constexpr int kMaxInCacheOrder = sizeof(T) == 4 ? 18 : 17;
+
+// Up to here in two sweeps over memory; above, in the destination itself.
+template <class T>
+inline constexpr int kMaxPanelOrder = kMaxInCacheOrder<T> + 4;
 
 template <class T>
 inline constexpr int kLanes = kVectorBytes / int{sizeof(T)};
@@ -36,13 +42,14 @@ struct Passes {
 template <class T>
 constexpr int outerBits(int order) {
   if (order <= kMaxInCacheOrder<T>) return 0;
-  return order <= kMaxInCacheOrder<T> + 4 ? 4 : 8;
+  return order <= kMaxPanelOrder<T> ? 4 : 8;
 }
 
 // Of radix 8 as far as may be. AVX-512 has registers enough for radix 16, which goes last: where rows stand a page
 // apart, their lines share a set of the first cache, and 16 rows are more than it holds. For the same reason a first
-// pass with such strides, which reads one array and writes another, is of radix 4. So are both of 16 rows, where a
-// single butterfly of radix 16 would have to finish alone.
+// pass with such strides, which reads one array and writes another, is of radix 4; for 1024 to 4096 rows of eight
+// points 8, and 4 next where that saves a radix of 16. Both are of radix 4 for 16 rows, where a single butterfly of
+// radix 16 would have to finish alone.
 template <class T>
 constexpr Passes choosePasses(int order) {
   constexpr int kPageRows = 4096 / (2 * kVectorBytes);
@@ -58,8 +65,9 @@ constexpr Passes choosePasses(int order) {
     while (bits > 0) take(3);
     return p;
   }
-  if (p.count == 0 && bits == 4) take(2);
-  else if (p.count == 0 && (1 << bits) / 8 >= kPageRows) take(2);
+  if (p.count == 0 && (bits == 4 || (bits == 5 && sizeof(T) == 4))) take(2);
+  else if (p.count == 0 && (1 << bits) / 8 >= kPageRows) take(sizeof(T) == 8 && bits >= 10 && bits <= 12 ? 3 : 2);
+  if (p.count == 1 && p.bits[0] == 3 && bits % 3 == 2) take(2);
   const int sixteens = bits == 4 || bits >= 7 ? bits % 3 : 0;
   while (bits - 4 * sixteens >= 3) take(3);
   while (bits >= 4) take(4);

@@ -64,10 +64,27 @@ constexpr void makeColumns(T* p, const T* sine, int sineOrder, const Passes& pas
   }
 }
 
+// Twiddles of a transform in panels.
+template <class Order, class T>
+void makePanelTwiddles(T* table, const T* sine, int sineOrder, int order) {
+  using V = Vec<T>;
+  const PanelPlan<T> plan(order);
+  const UnitCircle<T> circle(sine, sineOrder, order);
+  T *coarse = table, *fine = table + plan.fine;
+  for (int32_t n2 = 0; n2 < plan.n2; ++n2, fine += 2 * lanes<V>) putPoints<V, Order>(fine, circle, n2, 0);
+  for (int32_t n2 = 0; n2 < plan.n2; n2 += lanes<V>)
+    for (int32_t k1 = 0; k1 < plan.n1; k1 += lanes<V>, coarse += 2 * lanes<V>)
+      putPoints<V, InOrder>(coarse, circle, k1, n2);
+  makeColumns(table + plan.columns1, sine, sineOrder, plan.passes1);
+  makeColumns(table + plan.columns2, sine, sineOrder, plan.passes2);
+}
+
 template <class Order, class T>
 constexpr void makeTwiddles(T* table, const T* sine, int sineOrder, int order) {
   using V = Vec<T>;
   constexpr int L = lanes<V>;
+  if (order > kMaxInCacheOrder<T> && order <= kMaxPanelOrder<T>)
+    return makePanelTwiddles<Order>(table, sine, sineOrder, order);
   const int32_t rows = (1 << order) / L;
   const TwiddleLayout<T> layout(order);
   const UnitCircle<T> circle(sine, sineOrder, order);
@@ -111,16 +128,12 @@ inline constexpr int kMaxConstantOrder = 10, kMaxConstantSplitOrder = 11;
 template <class T, int order>
 struct ConstantTwiddles {
   alignas(64) T table[2 << order];
-  constexpr ConstantTwiddles() : table{} {
-    makeTwiddles<ByChunks>(table, kQuarterWave<T>.sine, kConstantOrder, order);
-  }
+  constexpr ConstantTwiddles() : table{} { makeTwiddles<ByChunks>(table, kQuarterWave<T>.sine, kConstantOrder, order); }
 };
 template <class T, int order>
 struct ConstantSplitTwiddles {
   alignas(64) T table[1 << (order - 1)];
-  constexpr ConstantSplitTwiddles() : table{} {
-    makeSplitTwiddles(table, kQuarterWave<T>.sine, kConstantOrder, order);
-  }
+  constexpr ConstantSplitTwiddles() : table{} { makeSplitTwiddles(table, kQuarterWave<T>.sine, kConstantOrder, order); }
 };
 
 // The constant tables of orders from first on.
