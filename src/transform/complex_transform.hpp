@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The complex transform of more points than a straight-line kernel has: all passes through the work buffer while
-// everything fits the caches, in panels above, in the destination itself where panels would not fit.
+// everything fits the caches, above in panels or in the destination itself.
 #pragma once
 
 #include "transform/closing_pass.hpp"
@@ -82,8 +82,11 @@ void large(const Job<Lane<V>>& job, Points src, Points dst) {
   const TwiddleLayout<T> layout(job.order);
   const T* columns = job.twiddles + layout.columns;
   const auto rows = rowsIn<V>(dst);
-  firstTwoPasses<D, V>(src, rows, m, columns, job.work);
-  Columns<D, decltype(rowsIn<V>(dst))>(passes, columns).run(2, rows, m / 256, 0, 256, 256);
+  const int outer = outerBits<T>(job.order);
+  if (outer == 4) firstPass<D, 16>(PointRows<V, Points>{src}, rows, m);
+  else firstTwoPasses<D, V>(src, rows, m, columns, job.work);
+  const std::ptrdiff_t blocks = std::ptrdiff_t{1} << outer;
+  Columns<D, decltype(rowsIn<V>(dst))>(passes, columns).run(outer / 4, rows, m >> outer, 0, blocks, blocks);
   const TileTwiddleProducts<V> twiddles = {job.twiddles + layout.tiles, job.twiddles};
   if (job.scale) closingPassInPlace<D, true, V>(dst, m, twiddles, job.bitReversal, job.factor);
   else closingPassInPlace<D, false, V>(dst, m, twiddles, job.bitReversal, T(1));
@@ -93,7 +96,7 @@ void large(const Job<Lane<V>>& job, Points src, Points dst) {
 template <Direction D, class Points, class T>
 void transformLong(const Job<T>& job, Points src, Points dst) {
   if (job.order <= kMaxInCacheOrder<T>) inCache<D, Vec<T>>(job, src, dst);
-  else if (job.order <= kMaxPanelOrder<T>) inPanels<D, Vec<T>>(job, src, dst);
+  else if (takesPanels<T>(job.order)) inPanels<D, Vec<T>>(job, src, dst);
   else large<D, Vec<T>>(job, src, dst);
 }
 

@@ -62,7 +62,7 @@ struct PanelPlan {
 // Whether twiddles and panels of all orders find room.
 template <class T>
 constexpr bool panelsFit() {
-  for (int order = kMaxInCacheOrder<T> + 1; order <= kMaxPanelOrder<T>; ++order) {
+  for (int order = kMinPanelOrder; order <= kMaxPanelOrder<T>; ++order) {
     const PanelPlan<T> plan(order);
     const Sizes sizes = complexSizes<T>(order);
     if ((plan.columns2 + 2 * plan.n2) * int64_t{sizeof(T)} > sizes.twiddles) return false;

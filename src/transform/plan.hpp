@@ -19,9 +19,15 @@ inline constexpr int kMaxShortOrder = !kAvx512         ? 6
 template <class T>
 inline constexpr int kMaxInCacheOrder = sizeof(T) == 4 ? 18 : 17;
 
-// Up to here in two sweeps over memory; above, in the destination itself.
+// Up to here a work buffer for panels of columns is at hand, and from where they pay the transform takes two sweeps
+// over memory by them. Others work in the destination itself.
 template <class T>
 inline constexpr int kMaxPanelOrder = kMaxInCacheOrder<T> + 4;
+inline constexpr int kMinPanelOrder = 20;
+template <class T>
+constexpr bool takesPanels(int order) {
+  return order >= kMinPanelOrder && order <= kMaxPanelOrder<T>;
+}
 
 template <class T>
 inline constexpr int kLanes = kVectorBytes / int{sizeof(T)};
