@@ -44,7 +44,7 @@ class Call {
   std::size_t size(std::size_t k) const { return data_[k].size(); }
   // Another operand's bytes, as far as they reach.
   void adopt(std::size_t k, const Bytes& bytes) {
-    std::copy_n(bytes.begin(), std::min(bytes.size(), size(k)), &data_[k][0]);
+    std::copy_n(bytes.begin(), std::min(bytes.size(), size(k)), data_[k].begin());
   }
   // Another call's constants of the same names.
   void adoptConstants(const Call& other);
