@@ -123,6 +123,9 @@ struct BlackmanOpt {
   template <class T>
   static Status run(const T* pSrc, T* pDst, int len) {
     if (len < 4) return StatusBadSize;
+    [[maybe_unused]] const detail::Control<T> control;
+    // Arithmetic in registers alone would not heed the control's beginning.
+    asm volatile("" : "+r"(len));
     using V = Vec<double, 2>;
     const double q = 0.5 / cosine(broadcast<V>(std::numbers::pi / (len - 1)))[0];
     return Blackman::run(pSrc, pDst, len, static_cast<Weight<T>>(-(q * q)));
