@@ -35,7 +35,7 @@ struct ComplexDot {
   V like{}, other{};
 
   OVKS_INLINE void add(Elements<T, kElements> a, Elements<T, kElements> b) {
-    const V x = convert<Real<W>>(a), y = convert<Real<W>>(b);
+    const V x = inRegister(convert<Real<W>>(a)), y = inRegister(convert<Real<W>>(b));
     like = fma(x, y, like);
     other = fma(x, swapParts(y), other);
   }
