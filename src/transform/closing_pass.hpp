@@ -60,22 +60,22 @@ struct TileTwiddleProducts {
 };
 
 // Tile g of m rows, the first of which is given, rows and points of rows in the given order; step j of its spectrum
-// goes to out.put at first + j * outStep.
+// goes to out(Index<j>, x).
 template <Direction D, bool scale, class Order, class RowSet, class Twiddles, class Out,
           class V = typename RowSet::Vector>
-OVKS_INLINE void closeTile(RowSet tile, std::ptrdiff_t step, std::ptrdiff_t g, Twiddles twiddles, Out out,
-                           std::ptrdiff_t first, std::ptrdiff_t outStep, Lane<V> factor) {
+OVKS_INLINE void closeTile(RowSet tile, std::ptrdiff_t step, std::ptrdiff_t g, Twiddles twiddles, Lane<V> factor,
+                           Out out) {
   const V f = splat<V>(factor);
-  const auto place = [](int r) __attribute__((always_inline)) {
-    return bitReversed(Order::template lane<V>(r), log2OfPower(lanes<V>));
+  const auto row = [&](auto r) __attribute__((always_inline)) {
+    return tile.from(bitReversed(Order::template lane<V>(r), log2OfPower(lanes<V>)) * step);
   };
   acrossLanes<D, Order, V>(
-      [&](auto r, auto s) __attribute__((always_inline)) { return tile.halves(place(r) * step, place(s) * step); },
+      [&](auto r, auto s) __attribute__((always_inline)) { return row(r).halves(row(s)); },
       [&](auto l, Complex<V> x)
           __attribute__((always_inline)) { return twiddles.template turn<D, decltype(l)::value>(g, x); },
       [&](auto j, Complex<V> x) __attribute__((always_inline)) {
         if constexpr (scale) x = {x.re * f, x.im * f};
-        out.put(first + j * outStep, x);
+        out(j, x);
       });
 }
 
@@ -88,11 +88,15 @@ OVKS_INLINE std::ptrdiff_t reverseTile(const int32_t* bitReversal, std::ptrdiff_
 // The rows of a tile that is to follow.
 template <class V>
 OVKS_INLINE void prefetchTile(Rows<V> tile, std::ptrdiff_t step) {
-  for (int j = 0; j < lanes<V>; ++j) {
-    const Lane<V>* row = tile.from(j * step).p;
-    __builtin_prefetch(row);
-    __builtin_prefetch(row + lanes<V>);
-  }
+  for (int j = 0; j < lanes<V>; ++j) tile.from(j * step).prefetchNear(0);
+}
+
+// Takes the spectra of a tile: step j goes to first + j * step.
+template <class V, class Points>
+OVKS_INLINE auto to(Points dst, std::ptrdiff_t first, std::ptrdiff_t step) {
+  return [steps = Strided<lanes<V>, Points>(dst.from(first), step)](auto j, auto x) __attribute__((always_inline)) {
+    steps(j).put(0, x);
+  };
 }
 
 // From rows into another place.
@@ -103,8 +107,42 @@ template <Direction D, bool scale, class V, class Twiddles, class Points>
   for (std::ptrdiff_t g = 0; g < m / L; ++g) {
     if constexpr (Twiddles::kFew)
       if (g + 1 < m / L) prefetchTile(rows.from(reverseTile<V>(bitReversal, g + 1)), m / L);
-    closeTile<D, scale, typename Points::Order>(rows.from(reverseTile<V>(bitReversal, g)), m / L, g, twiddles, dst,
-                                                g * L, m, factor);
+    closeTile<D, scale, typename Points::Order>(rows.from(reverseTile<V>(bitReversal, g)), m / L, g, twiddles, factor,
+                                                to<V>(dst, g * L, m));
+  }
+}
+
+// Whether a tile's stores into two arrays crowd the sets of the first cache: steps of its spectrum are memory pages
+// apart, or half of one, and both arrays share their offset within pages. Lines then leave before they are written.
+template <class V>
+bool crowdSets(Split<Lane<V>> dst, std::ptrdiff_t m) {
+  constexpr uintptr_t kPage = 4096, kNear = 64;
+  const uintptr_t apart = reinterpret_cast<uintptr_t>(dst.re) - reinterpret_cast<uintptr_t>(dst.im);
+  return m * 2 * sizeof(V) >= 16 * kPage && (apart + kNear) % kPage <= 2 * kNear;
+}
+
+// Into such arrays, the imaginary parts of several tiles at a time, so that they come as runs.
+inline constexpr int kHeldTiles = 8;
+template <Direction D, bool scale, class V, class Twiddles>
+[[gnu::noinline]] void closingPassHeld(Rows<V> rows, Split<Lane<V>> dst, std::ptrdiff_t m, Twiddles twiddles,
+                                       const int32_t* bitReversal, Lane<V> factor) {
+  constexpr int L = lanes<V>, W = kHeldTiles;
+  alignas(64) Lane<V> held[L * W * L];
+  for (std::ptrdiff_t g = 0; g < m / L; ++g) {
+    if constexpr (Twiddles::kFew)
+      if (g + 1 < m / L) prefetchTile(rows.from(reverseTile<V>(bitReversal, g + 1)), m / L);
+    Lane<V>* const h = held + g % W * L;
+    closeTile<D, scale, InOrder>(
+        rows.from(reverseTile<V>(bitReversal, g)), m / L, g, twiddles,
+        factor, [&](auto j, Complex<V> x) __attribute__((always_inline)) {
+          store(dst.re + g * L + j * m, x.re);
+          store(h + j * (W * L), x.im);
+        });
+    if (g % W < W - 1) continue;
+    for (int j = 0; j < L; ++j)
+      unroll<W>([&](auto t) __attribute__((always_inline)) {
+        store(dst.im + (g - (W - 1) + t) * L + j * m, load<V>(held + (j * W + t) * L));
+      });
   }
 }
 
@@ -136,11 +174,11 @@ template <Direction D, bool scale, class V, class Twiddles, class Points>
     next = nextPair(g);
     if (next < m / L) prefetchPair(rows, m / L, next, reverseTile<V>(bitReversal, next));
     if (r == g) {
-      closeTile<D, scale, typename Points::Order>(rows.from(g), m / L, g, twiddles, dst, g * L, m, factor);
+      closeTile<D, scale, typename Points::Order>(rows.from(g), m / L, g, twiddles, factor, to<V>(dst, g * L, m));
       continue;
     }
-    closeTile<D, scale, typename Points::Order>(rows.from(r), m / L, g, twiddles, held, 0, L, factor);
-    closeTile<D, scale, typename Points::Order>(rows.from(g), m / L, r, twiddles, dst, r * L, m, factor);
+    closeTile<D, scale, typename Points::Order>(rows.from(r), m / L, g, twiddles, factor, to<V>(held, 0, L));
+    closeTile<D, scale, typename Points::Order>(rows.from(g), m / L, r, twiddles, factor, to<V>(dst, r * L, m));
     for (int j = 0; j < L; ++j) dst.put(g * L + j * m, held.template get<V>(j * L));
   }
 }

@@ -21,7 +21,7 @@ constexpr int tileTwiddles(int order) {
 // Where the parts of the twiddle area begin, in elements.
 template <class T>
 struct TwiddleLayout {
-  std::ptrdiff_t tileRows = 0, tiles = 0, columns = 0;
+  std::ptrdiff_t tiles = 0, columns = 0;
 
   constexpr explicit TwiddleLayout(int order) {
     constexpr std::ptrdiff_t L = kLanes<T>;
@@ -35,10 +35,16 @@ struct TwiddleLayout {
   }
 };
 
+template <Direction D, bool scale, class V, class Twiddles, class Points>
+void close(const Job<Lane<V>>& job, Rows<V> rows, Points dst, std::ptrdiff_t m, Twiddles twiddles) {
+  if constexpr (std::is_same_v<Points, Split<Lane<V>>>)
+    if (crowdSets<V>(dst, m)) return closingPassHeld<D, scale>(rows, dst, m, twiddles, job.bitReversal, job.factor);
+  closingPass<D, scale>(rows, dst, m, twiddles, job.bitReversal, job.factor);
+}
 template <Direction D, class V, class Twiddles, class Points>
 void close(const Job<Lane<V>>& job, Rows<V> rows, Points dst, std::ptrdiff_t m, Twiddles twiddles) {
-  if (job.scale) closingPass<D, true>(rows, dst, m, twiddles, job.bitReversal, job.factor);
-  else closingPass<D, false>(rows, dst, m, twiddles, job.bitReversal, Lane<V>(1));
+  if (job.scale) close<D, true>(job, rows, dst, m, twiddles);
+  else close<D, false>(job, rows, dst, m, twiddles);
 }
 
 template <Direction D, class V, class Points>
@@ -47,7 +53,7 @@ void inCache(const Job<Lane<V>>& job, Points src, Points dst) {
   const std::ptrdiff_t m = (std::ptrdiff_t{1} << job.order) / lanes<V>;
   const Passes& passes = passesOf<T>(job.order);
   const TwiddleLayout<T> layout(job.order);
-  const Rows<V> rows = rowsIn<V>(Interleaved<T>{job.work});
+  const Rows<V> rows = rowsIn<V>(OneArray<T>{job.work});
   const int bits = passes.bits[0];
   firstPass<D>(bits, PointRows<V, Points>{src}, rows, m);
   const std::ptrdiff_t blocks = std::ptrdiff_t{1} << bits;
@@ -62,7 +68,7 @@ void inCache(const Job<Lane<V>>& job, Points src, Points dst) {
 template <Direction D, class V, class Points, class RowSet>
 void firstTwoPasses(Points src, RowSet dst, std::ptrdiff_t m, const Lane<V>* twiddles, Lane<V>* work) {
   constexpr std::ptrdiff_t kWide = 512 / (2 * sizeof(V));
-  const Rows<V> buffer = rowsIn<V>(Interleaved<Lane<V>>{work});
+  const Rows<V> buffer = rowsIn<V>(OneArray<Lane<V>>{work});
   const PointRows<V, Points> rows = {src};
   for (std::ptrdiff_t i = 0; i < m / 256; i += kWide) {
     for (int j = 0; j < 16; ++j)

@@ -134,16 +134,17 @@ template <Direction D, class Order, class V, class Out>
   constexpr int L = lanes<V>, kLaneBits = log2OfPower(L);
   const PanelTwiddles<V> twiddles = {job.twiddles, job.twiddles + plan.fine, plan.vectors1};
   const std::ptrdiff_t step = plan.vectors1 * plan.wide;
-  const auto place = [](int r) __attribute__((always_inline)) {
-    return bitReversed(Order::template lane<V>(r), kLaneBits);
-  };
   for (std::ptrdiff_t t = 0; t < plan.vectors1; ++t) {
     const Rows<V> tile = panel.from(reversedBits(job.bitReversal, job.order, t, plan.bits1 - kLaneBits) * plan.wide);
+    const Strided<L, Rows<V>> rows(tile, step);
+    const auto row = [&](auto r) __attribute__((always_inline)) {
+      return rows(Index<bitReversed(Order::template lane<V>(r), kLaneBits)>{});
+    };
     // In place the next tile's rows are as far apart.
     if (outVector != 1)
       for (int l = 0; l < L; ++l) out.prefetch((t + 1) * outVector + l * outRow);
     transposed<Order, V>(
-        [&](auto r, auto s) __attribute__((always_inline)) { return tile.halves(place(r) * step, place(s) * step); },
+        [&](auto r, auto s) __attribute__((always_inline)) { return row(r).halves(row(s)); },
         [&](auto point) __attribute__((always_inline)) {
           unroll<L>([&](auto l) __attribute__((always_inline)) {
             out.put(t * outVector + l * outRow, twiddles.template turn<D>(t, g, l, point(l)));
@@ -156,14 +157,14 @@ template <Direction D, class Order, class V, class Out>
 // n2 = g L + l and t L + l stand in each other's places.
 template <Direction D, class V, class Points, class Out>
 void firstSweep(const Job<Lane<V>>& job, const PanelPlan<Lane<V>>& plan, Points src, Out out, bool inPlace) {
-  const Rows<V> panel = rowsIn<V>(Interleaved<Lane<V>>{job.work});
+  const Rows<V> panel = rowsIn<V>(OneArray<Lane<V>>{job.work});
   const Columns<D, Rows<V>> columns(plan.passes1, job.twiddles + plan.columns1);
   const int bits = plan.passes1.bits[0];
   const std::ptrdiff_t blocks = std::ptrdiff_t{1} << bits, row = plan.vectors2, tile = lanes<V> * row;
   PanelTile tiles[PanelPlan<Lane<V>>::kMaxTiles];
   for (std::ptrdiff_t t = 0; t < plan.vectors1; ++t) tiles[t] = {t * tile, 1};
   for (std::ptrdiff_t first = 0; first < plan.vectors2; first += plan.wide) {
-    panelPass<D>(bits, PointRows<V, Points>{src, first}, tiles, row, plan.n1, plan.wide, panel);
+    panelPass<D>(bits, PointRows<V, Points>{src}.from(first), tiles, row, plan.n1, plan.wide, panel);
     columns.run(1, panel, plan.n1 * plan.wide >> bits, 0, blocks, blocks);
     for (std::ptrdiff_t v = 0; v < plan.wide; ++v) {
       const std::ptrdiff_t g = first + v, to = g % plan.vectors1 * tile + g / plan.vectors1 * plan.vectors1;
@@ -227,7 +228,7 @@ template <Direction D, bool scale, class V, class Points>
 
 template <Direction D, class V, class RowSet, class Points>
 void secondSweep(const Job<Lane<V>>& job, const PanelPlan<Lane<V>>& plan, RowSet rows, Points dst, bool inPlace) {
-  const Rows<V> panel = rowsIn<V>(Interleaved<Lane<V>>{job.work});
+  const Rows<V> panel = rowsIn<V>(OneArray<Lane<V>>{job.work});
   Passes passes = plan.passes2;
   --passes.count;
   const Columns<D, Rows<V>> columns(passes, job.twiddles + plan.columns2);

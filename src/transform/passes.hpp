@@ -12,7 +12,7 @@
 // each pass, and twiddles are loaded once for a whole block where it is long.
 #pragma once
 
-#include "transform/access.hpp"
+#include "transform/rows.hpp"
 
 namespace ovks::fft {
 
@@ -48,14 +48,16 @@ template <Direction D, int R, bool twiddles, class In, class Out>
 OVKS_INLINE void butterflies(In in, std::ptrdiff_t inStep, Out out, std::ptrdiff_t outStep, std::ptrdiff_t n,
                              const Lane<typename Out::Vector>* w) {
   using X = Complex<typename Out::Vector>;
-  for (std::ptrdiff_t i = 0; i < n; ++i) {
+  for (; n > 0; --n, in = in.from(1), out = out.from(1)) {
+    const Strided<R, In> from(in, inStep);
+    const Strided<R, Out> to(out, outStep);
     butterfly<D, R>(
         [&](auto j) __attribute__((always_inline)) {
-          const X x = in.get(i + j * inStep);
+          const X x = from(j).get(0);
           if constexpr (twiddles && decltype(j)::value > 0) return turnBy<D>(x, w + 2 * (j - 1));
           else return x;
         },
-        [&](auto k, X x) __attribute__((always_inline)) { out.put(i + bitReversed(k, log2OfPower(R)) * outStep, x); });
+        [&](auto k, X x) __attribute__((always_inline)) { to(Index<bitReversed(k, log2OfPower(R))>{}).put(0, x); });
   }
 }
 

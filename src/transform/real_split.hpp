@@ -7,8 +7,8 @@
 // The forward half is part of the complex transform's factor. Both are one loop over pairs, differing in T's sign.
 #pragma once
 
-#include "transform/access.hpp"
 #include "transform/plan.hpp"
+#include "transform/points.hpp"
 
 namespace ovks::fft {
 

@@ -126,8 +126,9 @@ OVKS_INLINE void longRowsTransform(Points src, Out out) {
   using Order = typename Points::Order;
   constexpr int R = (1 << order) / L, S = L / R, K = R / S;
   const auto& twiddles = kLongRowTwiddles<T, order, L, Order>;
-  const auto turned = [](const auto& w, Complex<V> v)
-                          __attribute__((always_inline)) { return turn<D>(v, load<V>(w[0]), load<V>(w[1])); };
+  const auto turned = [](const auto& w, Complex<V> v) __attribute__((always_inline)) {
+    return turn<D>(v, load<V>(w[0]), load<V>(w[1]));
+  };
   Complex<V> x[R], y[R];
   butterfly<D, R>(
       [&](auto j) __attribute__((always_inline)) { return src.template get<V>(j * L); },
@@ -140,9 +141,10 @@ OVKS_INLINE void longRowsTransform(Points src, Out out) {
             __attribute__((always_inline)) { y[q * K + k] = q == 0 ? v : turned(twiddles.part[q], v); });
   });
   exchangeBits<Order, R, 1, 1, log2OfPower(R)>(y);
-  butterfly<D, R>([&](auto e) __attribute__((always_inline)) { return y[e]; },
-                  [&](auto j, Complex<V> v)
-                      __attribute__((always_inline)) { out.template operator()<LongRowOrder<Order, R, S>>(j * L, v); });
+  butterfly<D, R>(
+      [&](auto e) __attribute__((always_inline)) { return y[e]; },
+      [&](auto j, Complex<V> v)
+          __attribute__((always_inline)) { out.template operator()<LongRowOrder<Order, R, S>>(j * L, v); });
 }
 
 // Up to 16 points, across scalars.
@@ -179,8 +181,9 @@ void transformShort(Points src, Points dst, [[maybe_unused]] T factor) {
         [&](auto k, Complex<T> x) __attribute__((always_inline)) { dst.set(k, scaled(x)); });
   } else {
     constexpr int L = shortRowLanes<T>(order);
-    const auto out = [&]<class Order = typename Points::Order>(auto i, auto x)
-                         __attribute__((always_inline)) { dst.template put<Order>(i, scaled(x)); };
+    const auto out = [&]<class Order = typename Points::Order>(auto i, auto x) __attribute__((always_inline)) {
+      dst.template put<Order>(i, scaled(x));
+    };
     transformRows<D, order, L, T>(src, out);
   }
 }

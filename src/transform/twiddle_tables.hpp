@@ -88,7 +88,7 @@ constexpr void makeTwiddles(T* table, const T* sine, int sineOrder, int order) {
   const TwiddleLayout<T> layout(order);
   const UnitCircle<T> circle(sine, sineOrder, order);
   if (order > kMaxInCacheOrder<T>) {
-    makeTile<TileTwiddles<V, false>, V, Order>(table + layout.tileRows, circle, 0);
+    makeTile<TileTwiddles<V, false>, V, Order>(table, circle, 0);
     T* p = table + layout.tiles;
     for (int32_t k = 0; k < rows; k += L) p = appendMultiples(p, circle, k, L);
   } else if (order < kMinFewTwiddlesOrder<T>) {

@@ -1,0 +1,139 @@
+// SPDX-License-Identifier: MIT
+// A transform's points as the caller stores them: interleaved, or in two arrays.
+#pragma once
+
+#include "transform/lane_order.hpp"
+
+namespace ovks::fft {
+
+// Memory for complex numbers.
+template <class T>
+struct OneArray {
+  T* p;
+};
+template <class T>
+struct TwoArrays {
+  T *re, *im;
+};
+
+// Hides from the compiler where arrays lie.
+template <class T>
+OVKS_INLINE void hide(OneArray<T>& a) {
+  asm("" : "+r"(a.p));
+}
+template <class T>
+OVKS_INLINE void hide(TwoArrays<T>& a) {
+  asm("" : "+r"(a.re), "+r"(a.im));
+}
+
+// n places a step apart. Left to itself, the compiler keeps an address for each and runs out of registers; from every
+// fourth the next three are within reach of an instruction's own address arithmetic.
+template <int n, class Access>
+class Strided {
+ public:
+  OVKS_INLINE Strided(Access first, std::ptrdiff_t step) : step_(step) {
+    unroll<n / 4>([&](auto g) __attribute__((always_inline)) { hide(fourths_[g] = first.from(4 * g * step)); });
+  }
+  template <int i>
+  OVKS_INLINE Access operator()(Index<i>) const {
+    return fourths_[i / 4].from(i % 4 * step_);
+  }
+
+ private:
+  Access fourths_[n / 4];
+  std::ptrdiff_t step_;
+};
+
+// Whether one's arrays are also the other's.
+template <class T>
+bool haveSameArray(OneArray<T> a, OneArray<T> b) {
+  return a.p == b.p;
+}
+template <class T>
+bool haveSameArray(TwoArrays<T> a, TwoArrays<T> b) {
+  return a.re == b.re || a.re == b.im || a.im == b.re || a.im == b.im;
+}
+template <class V>
+bool isAligned(OneArray<Lane<V>> a) {
+  return reinterpret_cast<uintptr_t>(a.p) % sizeof(V) == 0;
+}
+template <class V>
+bool isAligned(TwoArrays<Lane<V>> a) {
+  return (reinterpret_cast<uintptr_t>(a.re) | reinterpret_cast<uintptr_t>(a.im)) % sizeof(V) == 0;
+}
+
+// Into the caches or past them; there all vectors must be aligned.
+enum class Via { caches, none };
+template <Via via, class V>
+OVKS_INLINE void write(Lane<V>* p, V v) {
+  if constexpr (via == Via::caches) store(p, v);
+  else stream(p, v);
+}
+// The same arrays, written past the caches.
+template <class Access>
+auto pastCaches(Access a) {
+  return typename Access::PastCaches{static_cast<typename Access::Arrays>(a)};
+}
+
+template <class T, Via via = Via::caches>
+struct Interleaved : OneArray<T> {
+  using Arrays = OneArray<T>;
+  using PastCaches = Interleaved<T, Via::none>;
+  using Order = ByChunks;
+  static constexpr Via kVia = via;
+  using Arrays::p;
+
+  template <class V, class To = Order>
+  OVKS_INLINE Complex<V> get(std::ptrdiff_t i) const {
+    const V a = load<V>(p + 2 * i), b = load<V>(p + 2 * i + lanes<V>);
+    return {shuffle2<detail::Parts<To, 0>>(a, b), shuffle2<detail::Parts<To, 1>>(a, b)};
+  }
+  template <class From = Order, class V>
+  OVKS_INLINE void put(std::ptrdiff_t i, Complex<V> x) const {
+    write<via>(p + 2 * i, shuffle2<detail::PointsHalf<From, 0>>(x.re, x.im));
+    write<via>(p + 2 * i + lanes<V>, shuffle2<detail::PointsHalf<From, 1>>(x.re, x.im));
+  }
+  template <class V>
+  OVKS_INLINE void prefetch(std::ptrdiff_t i) const {
+    __builtin_prefetch(p + 2 * i, 0, 2);
+    __builtin_prefetch(p + 2 * i + lanes<V>, 0, 2);
+  }
+  OVKS_INLINE Complex<std::remove_const_t<T>> at(std::ptrdiff_t i) const { return {p[2 * i], p[2 * i + 1]}; }
+  OVKS_INLINE void set(std::ptrdiff_t i, Complex<T> x) const {
+    p[2 * i] = x.re;
+    p[2 * i + 1] = x.im;
+  }
+  OVKS_INLINE Interleaved from(std::ptrdiff_t i) const { return {p + 2 * i}; }
+};
+
+template <class T, Via via = Via::caches>
+struct Split : TwoArrays<T> {
+  using Arrays = TwoArrays<T>;
+  using PastCaches = Split<T, Via::none>;
+  using Order = InOrder;
+  static constexpr Via kVia = via;
+  using Arrays::re, Arrays::im;
+
+  template <class V>
+  OVKS_INLINE Complex<V> get(std::ptrdiff_t i) const {
+    return {load<V>(re + i), load<V>(im + i)};
+  }
+  template <class From = Order, class V>
+  OVKS_INLINE void put(std::ptrdiff_t i, Complex<V> x) const {
+    write<via>(re + i, shuffle2<detail::Placed<From>>(x.re, x.re));
+    write<via>(im + i, shuffle2<detail::Placed<From>>(x.im, x.im));
+  }
+  template <class V>
+  OVKS_INLINE void prefetch(std::ptrdiff_t i) const {
+    __builtin_prefetch(re + i, 0, 2);
+    __builtin_prefetch(im + i, 0, 2);
+  }
+  OVKS_INLINE Complex<T> at(std::ptrdiff_t i) const { return {re[i], im[i]}; }
+  OVKS_INLINE void set(std::ptrdiff_t i, Complex<T> x) const {
+    re[i] = x.re;
+    im[i] = x.im;
+  }
+  OVKS_INLINE Split from(std::ptrdiff_t i) const { return {re + i, im + i}; }
+};
+
+}  // namespace ovks::fft

@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: MIT
+// Rows of one vector of real and one of imaginary parts: how the passes of a transform see its points.
+#pragma once
+
+#include "transform/points.hpp"
+
+namespace ovks::fft {
+
+// The halves of two rows.
+template <class V>
+struct ComplexHalves {
+  Halves<V> re, im;
+};
+
+// Both parts side by side: in the work buffer, or in the room that as many interleaved points have.
+template <class V, Via via = Via::caches>
+struct Rows : OneArray<Lane<V>> {
+  using Arrays = OneArray<Lane<V>>;
+  using PastCaches = Rows<V, Via::none>;
+  using Vector = V;
+  using Arrays::p;
+
+  OVKS_INLINE Complex<V> get(std::ptrdiff_t i) const {
+    return {load<V>(p + i * 2 * lanes<V>), load<V>(p + i * 2 * lanes<V> + lanes<V>)};
+  }
+  OVKS_INLINE void put(std::ptrdiff_t i, Complex<V> x) const {
+    write<via>(p + i * 2 * lanes<V>, x.re);
+    write<via>(p + i * 2 * lanes<V> + lanes<V>, x.im);
+  }
+  // Of the first row here and there.
+  OVKS_INLINE ComplexHalves<V> halves(Rows b) const {
+    return {loadHalves<V>(p, b.p), loadHalves<V>(p + lanes<V>, b.p + lanes<V>)};
+  }
+  // To be read from the first cache.
+  OVKS_INLINE void prefetchNear(std::ptrdiff_t i) const {
+    __builtin_prefetch(p + i * 2 * lanes<V>);
+    __builtin_prefetch(p + i * 2 * lanes<V> + lanes<V>);
+  }
+  // To be written.
+  OVKS_INLINE void prefetch(std::ptrdiff_t i) const {
+    __builtin_prefetch(p + i * 2 * lanes<V>, 1, 2);
+    __builtin_prefetch(p + i * 2 * lanes<V> + lanes<V>, 1, 2);
+  }
+  OVKS_INLINE Rows from(std::ptrdiff_t i) const { return {p + i * 2 * lanes<V>}; }
+};
+
+// In two arrays.
+template <class V, Via via = Via::caches>
+struct SplitRows : TwoArrays<Lane<V>> {
+  using Arrays = TwoArrays<Lane<V>>;
+  using PastCaches = SplitRows<V, Via::none>;
+  using Vector = V;
+  using Arrays::re, Arrays::im;
+
+  OVKS_INLINE Complex<V> get(std::ptrdiff_t i) const {
+    return {load<V>(re + i * lanes<V>), load<V>(im + i * lanes<V>)};
+  }
+  OVKS_INLINE void put(std::ptrdiff_t i, Complex<V> x) const {
+    write<via>(re + i * lanes<V>, x.re);
+    write<via>(im + i * lanes<V>, x.im);
+  }
+  OVKS_INLINE ComplexHalves<V> halves(SplitRows b) const { return {loadHalves<V>(re, b.re), loadHalves<V>(im, b.im)}; }
+  OVKS_INLINE void prefetch(std::ptrdiff_t i) const {
+    __builtin_prefetch(re + i * lanes<V>, 1, 2);
+    __builtin_prefetch(im + i * lanes<V>, 1, 2);
+  }
+  OVKS_INLINE SplitRows from(std::ptrdiff_t i) const { return {re + i * lanes<V>, im + i * lanes<V>}; }
+};
+
+// The rows in the room of a transform's points, and in a work buffer.
+template <class V>
+OVKS_INLINE Rows<V> rowsIn(OneArray<Lane<V>> a) {
+  return {a};
+}
+template <class V>
+OVKS_INLINE SplitRows<V> rowsIn(TwoArrays<Lane<V>> a) {
+  return {a};
+}
+
+// The caller's points a vector at a time, as if they were rows.
+template <class V, class Points>
+struct PointRows {
+  Points points;
+
+  OVKS_INLINE Complex<V> get(std::ptrdiff_t i) const { return points.template get<V>(i * lanes<V>); }
+  OVKS_INLINE void prefetch(std::ptrdiff_t i) const { points.template prefetch<V>(i * lanes<V>); }
+  OVKS_INLINE PointRows from(std::ptrdiff_t i) const { return {points.from(i * lanes<V>)}; }
+  OVKS_INLINE friend void hide(PointRows& rows) { hide(rows.points); }
+};
+
+}  // namespace ovks::fft
