@@ -7,74 +7,95 @@
 
 namespace ovks::fft {
 
-// -i exp(-2 pi i m / 2^order)
-template <class T, int order, int m>
-inline constexpr Complex<T> kSplitTwiddle = [] {
-  const Complex<T> w = UnitCircle<T>(kQuarterWave<T>.sine, kConstantOrder, order)(m);
-  return Complex<T>{w.im, -w.re};
-}();
+// exp(-2 pi i k / 2^order)
+template <class T, int order, int k>
+inline constexpr Complex<T> kTwiddle = UnitCircle<T>(kQuarterWave<T>.sine, kConstantOrder, order)(k);
 
-// Pairs z of h points become the other side's: see real_split.hpp.
-template <Direction D, int order, class T>
-OVKS_INLINE void splitSmall(Complex<T>* z) {
-  constexpr int h = 1 << (order - 1);
-  unroll<h / 2>([&](auto i) __attribute__((always_inline)) {
-    constexpr int m = decltype(i)::value + 1;
-    constexpr Complex<T> t = kSplitTwiddle<T, order, m>;
-    const Complex<T> x = z[m], y = z[h - m];
-    const Complex<T> a = {x.re + y.re, x.im - y.im}, b = {x.re - y.re, x.im + y.im}, tb = turn<D>(b, t.re, t.im);
-    z[m] = a + tb;
-    z[h - m] = {a.re - tb.re, tb.im - a.im};
-  });
+// Points 0 ... n/2 of the spectrum of n = 2^order reals a step apart, from the spectra of the even and the odd ones.
+template <int order, int step, class T>
+OVKS_INLINE void realSpectrum(const T* src, Complex<T>* spectrum) {
+  constexpr int n = 1 << order, quarter = n / 4;
+  if constexpr (order == 0) {
+    spectrum[0] = {src[0], 0};
+  } else if constexpr (order == 1) {
+    spectrum[0] = {src[0] + src[step], 0};
+    spectrum[1] = {src[0] - src[step], 0};
+  } else {
+    Complex<T> even[quarter + 1], odd[quarter + 1];
+    realSpectrum<order - 1, 2 * step>(src, even);
+    realSpectrum<order - 1, 2 * step>(src + step, odd);
+    spectrum[0] = {even[0].re + odd[0].re, 0};
+    spectrum[n / 2] = {even[0].re - odd[0].re, 0};
+    spectrum[quarter] = {even[quarter].re, -odd[quarter].re};
+    unroll<quarter - 1>([&](auto i) __attribute__((always_inline)) {
+      constexpr int k = decltype(i)::value + 1;
+      constexpr Complex<T> w = kTwiddle<T, order, k>;
+      const Complex<T> a = even[k], b = turn<Direction::forward>(odd[k], w.re, w.im);
+      spectrum[k] = a + b;
+      spectrum[n / 2 - k] = {a.re - b.re, b.im - a.im};
+    });
+  }
+}
+
+// Back, unscaled.
+template <int order, int step, class T>
+OVKS_INLINE void realPoints(const Complex<T>* spectrum, T* dst) {
+  constexpr int n = 1 << order, quarter = n / 4;
+  if constexpr (order == 0) {
+    dst[0] = spectrum[0].re;
+  } else if constexpr (order == 1) {
+    dst[0] = spectrum[0].re + spectrum[1].re;
+    dst[step] = spectrum[0].re - spectrum[1].re;
+  } else {
+    Complex<T> even[quarter + 1], odd[quarter + 1];
+    even[0] = {spectrum[0].re + spectrum[n / 2].re, 0};
+    odd[0] = {spectrum[0].re - spectrum[n / 2].re, 0};
+    even[quarter] = {2 * spectrum[quarter].re, 0};
+    odd[quarter] = {-2 * spectrum[quarter].im, 0};
+    unroll<quarter - 1>([&](auto i) __attribute__((always_inline)) {
+      constexpr int k = decltype(i)::value + 1;
+      constexpr Complex<T> w = kTwiddle<T, order, k>;
+      const Complex<T> a = spectrum[k], b = spectrum[n / 2 - k];
+      even[k] = {a.re + b.re, a.im - b.im};
+      odd[k] = turn<Direction::inverse>(Complex<T>{a.re - b.re, a.im + b.im}, w.re, w.im);
+    });
+    realPoints<order - 1, 2 * step>(even, dst);
+    realPoints<order - 1, 2 * step>(odd, dst + step);
+  }
 }
 
 template <class Layout, int order, bool scale, class T>
 void realForwardShort(const T* src, T* dst, [[maybe_unused]] T factor) {
-  constexpr int n = 1 << order, h = n / 2;
+  constexpr int n = 1 << order;
   const auto scaled = [&](T x) { return scale ? x * factor : x; };
-  if constexpr (order == 0) {
-    dst[0] = scaled(src[0]);
-    if constexpr (std::is_same_v<Layout, CcsLayout>) dst[1] = 0;
-  } else {
-    Complex<T> z[h];
-    const Interleaved<const T> pairs = {src};
-    transformPoints<Direction::forward, order - 1>(
-        [&](auto j) __attribute__((always_inline)) { return pairs.at(j); }, [&](auto k, Complex<T> x) __attribute__((
-                                                                                always_inline)) { z[k] = x; });
-    splitSmall<Direction::forward, order>(z);
-    const T half = static_cast<T>(0.5);
-    dst[0] = scaled(z[0].re + z[0].im);
-    dst[Layout::half(n)] = scaled(z[0].re - z[0].im);
-    unroll<h - 1>([&](auto i) __attribute__((always_inline)) {
-      constexpr int k = decltype(i)::value + 1;
-      dst[2 * k + Layout::kShift] = scaled(z[k].re * half);
-      dst[2 * k + Layout::kShift + 1] = scaled(z[k].im * half);
-    });
-    if constexpr (std::is_same_v<Layout, CcsLayout>) dst[1] = dst[n + 1] = 0;
+  Complex<T> spectrum[n / 2 + 1];
+  realSpectrum<order, 1>(src, spectrum);
+  dst[0] = scaled(spectrum[0].re);
+  if constexpr (order > 0) dst[Layout::half(n)] = scaled(spectrum[n / 2].re);
+  unroll<(n - 1) / 2>([&](auto i) __attribute__((always_inline)) {
+    constexpr int k = decltype(i)::value + 1;
+    dst[2 * k + Layout::kShift] = scaled(spectrum[k].re);
+    dst[2 * k + Layout::kShift + 1] = scaled(spectrum[k].im);
+  });
+  if constexpr (std::is_same_v<Layout, CcsLayout>) {
+    dst[1] = 0;
+    if constexpr (order > 0) dst[n + 1] = 0;
   }
 }
 
 template <class Layout, int order, bool scale, class T>
 void realInverseShort(const T* src, T* dst, [[maybe_unused]] T factor) {
-  constexpr int n = 1 << order, h = n / 2;
-  const auto scaled = [&](T x) { return scale ? x * factor : x; };
-  if constexpr (order == 0) {
-    dst[0] = scaled(src[0]);
-  } else {
-    const T a = src[0], b = src[Layout::half(n)];
-    Complex<T> z[h];
-    z[0] = {a + b, a - b};
-    unroll<h - 1>([&](auto i) __attribute__((always_inline)) {
-      constexpr int k = decltype(i)::value + 1;
-      z[k] = {src[2 * k + Layout::kShift], src[2 * k + Layout::kShift + 1]};
-    });
-    splitSmall<Direction::inverse, order>(z);
-    transformPoints<Direction::inverse, order - 1>(
-        [&](auto j) __attribute__((always_inline)) { return z[j]; },
-        [&](auto k, Complex<T> x) __attribute__((always_inline)) {
-          Interleaved<T>{dst}.set(k, {scaled(x.re), scaled(x.im)});
-        });
-  }
+  constexpr int n = 1 << order;
+  Complex<T> spectrum[n / 2 + 1];
+  spectrum[0] = {src[0], 0};
+  if constexpr (order > 0) spectrum[n / 2] = {src[Layout::half(n)], 0};
+  unroll<(n - 1) / 2>([&](auto i) __attribute__((always_inline)) {
+    constexpr int k = decltype(i)::value + 1;
+    spectrum[k] = {src[2 * k + Layout::kShift], src[2 * k + Layout::kShift + 1]};
+  });
+  T points[n];
+  realPoints<order, 1>(spectrum, points);
+  unroll<n>([&](auto j) __attribute__((always_inline)) { dst[j] = scale ? points[j] * factor : points[j]; });
 }
 
 template <class Layout, bool scale, class T>
