@@ -153,8 +153,9 @@ Status convolveByTransform(const Plan& plan, const T* longer, const T* shorter, 
   if (const Status s = F::kForward(spectrum, spectrum, spec, start + areas.work)) return s;
   const SpectralFilter<T> filter{spec, spectrum, static_cast<int>(N), start + areas.work};
   if (!plan.inOneTransform()) {
-    const Sequence<T> input = {nullptr, longer, plan.shorter - 1, plan.longer};
-    return overlapSave(filter, input, pDst, plan.results(), block);
+    const int64_t past = plan.shorter - 1;
+    join<T>(nullptr, past, longer, plan.longer, block, N);
+    return OverlapSave<T>(filter, past).run(longer, plan.longer, block, pDst, plan.results());
   }
   copyElements(longer, block, plan.longer);
   zeroElements(block + plan.longer, N - plan.longer);

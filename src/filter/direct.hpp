@@ -20,9 +20,8 @@ class DirectFilter {
  public:
   DirectFilter(const T* taps, int tapsLen) : taps_(reals(taps)), tapsLen_(tapsLen) {}
 
-  // y[0 .. n - 1] from x[-(tapsLen - 1) .. n - 1]; y and x lie apart.
-  void run(const T* x, T* y, std::ptrdiff_t n) const {
-    std::ptrdiff_t i = 0;
+  // y[i .. n - 1] from x[-(tapsLen - 1) .. n - 1], perhaps some of y[0 .. i - 1], too; y and x lie apart.
+  void run(const T* x, T* y, std::ptrdiff_t i, std::ptrdiff_t n) const {
     for (; i + kOutputs * E <= n; i += kOutputs * E) block<kOutputs>(x + i, y + i);
     if (i < n) finish<kOutputs>(x, y, i, n);
   }
@@ -42,7 +41,15 @@ class DirectFilter {
 
   template <int J>
   struct Accumulators {
-    V sum[P][J] = {};
+    V sum[P][J];
+
+    // One by one, as a call or string instruction for all would take longer than a few taps.
+    OVKS_INLINE Accumulators() {
+      for (int p = 0; p < P; ++p) {
+#pragma GCC unroll 16
+        for (int j = 0; j < J; ++j) sum[p][j] = V{};
+      }
+    }
 
     OVKS_INLINE V result(int j) const {
       if constexpr (P == 1) return sum[0][j];
@@ -72,18 +79,24 @@ class DirectFilter {
 
   // Outputs i .. n - 1, fewer than J vectors: the last block overlaps what has been written.
   template <int J>
-  void finish(const T* x, T* y, std::ptrdiff_t i, std::ptrdiff_t n) const {
+  OVKS_INLINE void finish(const T* x, T* y, std::ptrdiff_t i, std::ptrdiff_t n) const {
     constexpr std::ptrdiff_t whole = J * E, half = J / 2 * E;
-    if (n - i > half && n >= whole) return block<J>(x + n - whole, y + n - whole);
+    if (n - i > half && n >= whole) return lastBlock<J>(x + n - whole, y + n - whole);
     if constexpr (J == 1) {
       part(x, y, n);
     } else {
       if (n - i > half) {
-        block<J / 2>(x + i, y + i);
+        lastBlock<J / 2>(x + i, y + i);
         i += half;
       }
       finish<J / 2>(x, y, i, n);
     }
+  }
+
+  // Each in a frame of its own, so that few outputs don't pass through the large ones.
+  template <int J>
+  [[gnu::noinline]] void lastBlock(const T* x, T* y) const {
+    block<J>(x, y);
   }
 
   template <int J>
@@ -198,7 +211,7 @@ class DirectFilter {
 // y[0 .. n - 1] from x[-(tapsLen - 1) .. n - 1]; y and x lie apart.
 template <class T>
 inline void convolveInTime(const T* taps, int tapsLen, const T* x, T* y, std::ptrdiff_t n) {
-  if (n > 0) DirectFilter<T>(taps, tapsLen).run(x, y, n);
+  if (n > 0) DirectFilter<T>(taps, tapsLen).run(x, y, 0, n);
 }
 
 }  // namespace ovks

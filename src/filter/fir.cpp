@@ -29,15 +29,25 @@ bool takesTransform(const FirHeader<T>& header, int n) {
   return header.tapsLen >= kThresholds<T>.taps && n >= kThresholds<T>.samples;
 }
 
+// What filtering by transforms costs at least for each point of its blocks, in multiply-adds of the time domain.
+template <class T>
+constexpr int kAddsPerPoint = 24;
+template <>
+constexpr int kAddsPerPoint<Complex32f> = 14;
+template <>
+constexpr int kAddsPerPoint<Complex64f> = 11;
+
 // One call's filter and its places in the work buffer.
 template <class T>
 struct Filtering {
   static constexpr int kChunk = FirBuffer<T>::kChunkBytes / sizeof(T);
+  static constexpr int kShort = 4096 / sizeof(T);
 
   const FirHeader<T>& header;
   bool byTransform;
   T *joint, *delay, *chunk, *block;
   uint8_t* work;
+  alignas(64) T shortJoint[kShort];
 
   Filtering(const void* pSpec, int n, uint8_t* pBuf, bool mayTransform = true)
       : header(*firHeader<T>(pSpec)), byTransform(mayTransform && takesTransform(header, n)) {
@@ -51,29 +61,35 @@ struct Filtering {
 
   int past() const { return header.tapsLen - 1; }
 
-  // n outputs; dst lies apart from src and history.
-  Status run(const T* history, const T* src, T* dst, int n) const {
-    if (!byTransform) return direct(history, src, dst, n);
-    const SpectralFilter<T> filter{header.fft, header.spectrum, header.length, work};
-    return overlapSave(filter, Sequence<T>{history, src, past(), n}, dst, n, block);
+  // The history and the inputs that follow it into one place, before run(). The caller's history may then be replaced.
+  void gather(const T* history, const T* src, int n) {
+    if (byTransform) join(history, past(), src, n, block, header.length);
+    else join(history, past(), src, n, directJoint(n), past() + directHead(n));
+  }
+
+  // n outputs; dst lies apart from src.
+  Status run(const T* src, T* dst, int n) {
+    if (byTransform) return transform(src, dst, n);
+    const int head = directHead(n);
+    convolveInTime(header.taps, header.tapsLen, directJoint(n) + past(), dst, head);
+    convolveInTime(header.taps, header.tapsLen, src + head, dst + head, n - head);
+    return StatusOk;
   }
 
   // The inputs up to the first that has its whole history before it go through a joint copy; so does all of a short
   // block, whose parts would each be too short for the kernels to be at their best.
-  Status direct(const T* history, const T* src, T* dst, int n) const {
-    constexpr int kShort = 4096 / sizeof(T);
-    if (past() + int64_t{n} <= kShort) {
-      alignas(64) T whole[kShort];
-      copyOrZero(history, whole, past());
-      copyElements(src, whole + past(), n);
-      convolveInTime(header.taps, header.tapsLen, whole + past(), dst, n);
-      return StatusOk;
-    }
-    const int first = past() < n ? past() : n;
-    copyOrZero(history, joint, past());
-    copyElements(src, joint + past(), first);
-    convolveInTime(header.taps, header.tapsLen, joint + past(), dst, first);
-    convolveInTime(header.taps, header.tapsLen, src + first, dst + first, n - first);
+  bool isShort(int n) const { return past() + int64_t{n} <= kShort; }
+  T* directJoint(int n) { return isShort(n) ? shortJoint : joint; }
+  int directHead(int n) const { return isShort(n) || n < past() ? n : past(); }
+
+  // The last results in the time domain, if a whole turn of transforms would take longer. All their inputs are in src.
+  Status transform(const T* src, T* dst, int n) const {
+    const OverlapSave<T> blocks({header.fft, header.spectrum, header.length, work}, past());
+    const int rest = n % static_cast<int>(blocks.results());
+    const bool inTime = n > rest && int64_t{rest} * header.tapsLen < blocks.points() * kAddsPerPoint<T>;
+    const int count = inTime ? n - rest : n, most = n - past();
+    if (const Status s = blocks.run(src, n, block, dst, count)) return s;
+    if (inTime) DirectFilter<T>(header.taps, header.tapsLen).run(src + past(), dst + past(), count - past(), most);
     return StatusOk;
   }
 
@@ -88,20 +104,18 @@ struct Filtering {
 template <class T, class Spec>
 Status filter(const T* pSrc, T* pDst, int numIters, const Spec* pSpec, const T* pDlySrc, T* pDlyDst, uint8_t* pBuf) {
   if (const Status s = check(numIters, pSpec, pSrc, pDst, pBuf)) return s;
-  const Filtering<T> f(pSpec, numIters, pBuf);
+  Filtering<T> f(pSpec, numIters, pBuf);
   if (pDst != pSrc && pDst != pDlySrc) {
-    if (pDlySrc && pDlySrc == pDlyDst) {
-      copyElements(pDlySrc, f.delay, f.past());
-      pDlySrc = f.delay;
-    }
+    f.gather(pDlySrc, pSrc, numIters);
     if (pDlyDst) f.advance(pDlySrc, pSrc, numIters, pDlyDst);
-    return f.run(pDlySrc, pSrc, pDst, numIters);
+    return f.run(pSrc, pDst, numIters);
   }
   copyOrZero(pDlySrc, f.delay, f.past());
   for (int done = 0, n; done < numIters; done += n) {
     n = numIters - done < f.kChunk ? numIters - done : f.kChunk;
     copyElements(pSrc + done, f.chunk, n);
-    if (const Status s = f.run(f.delay, f.chunk, pDst + done, n)) return s;
+    f.gather(f.delay, f.chunk, n);
+    if (const Status s = f.run(f.chunk, pDst + done, n)) return s;
     f.advance(f.delay, f.chunk, n, f.delay);
   }
   if (pDlyDst) copyElements(f.delay, pDlyDst, f.past());
@@ -114,7 +128,7 @@ Status filterShort(const I* pSrc, I* pDst, int numIters, const Spec* pSpec, cons
                    uint8_t* pBuf) {
   if (const Status s = check(numIters, pSpec, pSrc, pDst, pBuf)) return s;
   constexpr int P = parts<T>, kChunk = Filtering<T>::kChunk / 2;
-  const Filtering<T> f(pSpec, numIters, pBuf, false);
+  Filtering<T> f(pSpec, numIters, pBuf, false);
   const auto fromShort = [](const I* src, T* dst, int n) {
     if (n > 0) ovksConvert_16s32f(reals(src), reals(dst), n * P);
   };
@@ -127,7 +141,8 @@ Status filterShort(const I* pSrc, I* pDst, int numIters, const Spec* pSpec, cons
   for (int done = 0, n; done < numIters; done += n) {
     n = numIters - done < kChunk ? numIters - done : kChunk;
     fromShort(pSrc + done, f.chunk, n);
-    f.direct(f.delay, f.chunk, filtered, n);
+    f.gather(f.delay, f.chunk, n);
+    f.run(f.chunk, filtered, n);
     f.advance(f.delay, f.chunk, n, f.delay);
     toShort(filtered, pDst + done, n);
   }

@@ -136,19 +136,26 @@ OVKS_INLINE void transformBack(const Complex<V>* z, Results dst) {
       });
 }
 
-// The two complex blocks are independent: one's latencies pass while the other is worked on.
+// Two blocks of reals are the real and the imaginary part of one of complex points. Of the shortest complex blocks two
+// are worked on, so that one's latencies pass with the other; longer ones fill the registers.
+template <class T, int order>
+constexpr int blocksAtOnce() {
+  return !isComplex<T> || (1 << order) <= 4 * lanes<Vec<Real<T>>> ? 2 : 1;
+}
+
 template <class T, int order>
 void filterBlocks(const T* const* x, const T* spectrum, T* const* y, int first) {
   using R = Real<T>;
   using V = Vec<R>;
   constexpr int n = 1 << order, rows = n / lanes<V>;
   if constexpr (isComplex<T>) {
+    constexpr int count = blocksAtOnce<T, order>();
     const auto points = [](const T* p) { return Interleaved<R>{const_cast<R*>(reals(p))}; };
-    Complex<V> z[2][rows];
-    transformAndMultiply<order>(points(x[0]), points(spectrum), z[0]);
-    transformAndMultiply<order>(points(x[1]), points(spectrum), z[1]);
-    transformBack<order, ByChunks>(z[0], InterleavedFrom<R>{{reals(y[0]), 2 * first}});
-    transformBack<order, ByChunks>(z[1], InterleavedFrom<R>{{reals(y[1]), 2 * first}});
+    Complex<V> z[count][rows];
+#pragma GCC unroll 2
+    for (int b = 0; b < count; ++b) transformAndMultiply<order>(points(x[b]), points(spectrum), z[b]);
+#pragma GCC unroll 2
+    for (int b = 0; b < count; ++b) transformBack<order, ByChunks>(z[b], InterleavedFrom<R>{{reals(y[b]), 2 * first}});
   } else {
     Complex<V> z[rows];
     transformAndMultiply<order>(Split<T>{const_cast<T*>(x[0]), const_cast<T*>(x[1])}, WholeSpectrum<T, n>{spectrum}, z);
@@ -159,22 +166,22 @@ void filterBlocks(const T* const* x, const T* spectrum, T* const* y, int first) 
 }  // namespace
 
 template <class T>
-ShortBlocksFilter<T> shortBlocksFilter(int order) {
+ShortBlocks<T> shortBlocks(int order) {
   constexpr int kMost = kMaxShortOrder<Real<T>>;
   static_assert(1 << kMost <= kMostShortPoints);
   if constexpr (kAvx512) {
-    return [&]<int... i>(std::integer_sequence<int, i...>)->ShortBlocksFilter<T> {
-      constexpr ShortBlocksFilter<T> kOfOrder[] = {filterBlocks<T, kLeastOrder + i>...};
-      return order < kLeastOrder || order > kMost ? nullptr : kOfOrder[order - kLeastOrder];
+    return [&]<int... i>(std::integer_sequence<int, i...>)->ShortBlocks<T> {
+      constexpr ShortBlocks<T> kOfOrder[] = {{blocksAtOnce<T, kLeastOrder + i>(), filterBlocks<T, kLeastOrder + i>}...};
+      return order < kLeastOrder || order > kMost ? ShortBlocks<T>{1, nullptr} : kOfOrder[order - kLeastOrder];
     }
     (std::make_integer_sequence<int, kMost - kLeastOrder + 1>{});
   }
-  return nullptr;
+  return {1, nullptr};
 }
 
-template ShortBlocksFilter<float> shortBlocksFilter(int);
-template ShortBlocksFilter<double> shortBlocksFilter(int);
-template ShortBlocksFilter<Complex32f> shortBlocksFilter(int);
-template ShortBlocksFilter<Complex64f> shortBlocksFilter(int);
+template ShortBlocks<float> shortBlocks(int);
+template ShortBlocks<double> shortBlocks(int);
+template ShortBlocks<Complex32f> shortBlocks(int);
+template ShortBlocks<Complex64f> shortBlocks(int);
 
 }  // namespace ovks

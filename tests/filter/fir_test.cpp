@@ -139,6 +139,23 @@ TEST(Fir, LongBlocksInPlaceGoByChunks) {
   });
 }
 
+// Blocks that don't contain a sample know nothing of it.
+TEST(Fir, InfinityStaysInItsBlocks) {
+  forTypes([]<class F>(const F& fir) {
+    Random random(fir.filter);
+    constexpr std::size_t L = 100, N = 256;
+    const Filter filter(fir, noise<typename F::T>(random, L), FilterAlgFFT);
+    for (int n = 3 * N; n < 5 * int{N}; n += 25) {
+      auto x = noise<typename F::T>(random, n);
+      const auto want = filter.run(x, {n});
+      *reinterpret_cast<Real<typename F::T>*>(x.data()) = std::numeric_limits<float>::infinity();
+      auto y = filter.run(x, {n});
+      std::copy_n(want.begin(), 2 * N, y.begin());
+      EXPECT_TRUE(sameBits(y, want)) << fir.filter << ' ' << n;
+    }
+  });
+}
+
 // Auto gives the direct path's bits below a threshold, and the transform's from it on.
 TEST(Fir, AutomaticChoice) {
   forTypes([]<class F>(const F& fir) {
