@@ -10,8 +10,8 @@ namespace {
 
 using namespace ovks;
 
-// From here on many steps at once are faster than one after the other.
-constexpr int kLong = kAvx512 ? 1000 : 4000;
+// From here on many steps at once are faster than one after the other; in four lanes they never are.
+constexpr int kLong = 1000;
 
 // The starts of two interleaved chains of amplitude cos(k theta), of even and of odd k:
 // c(k + 4) = 2 cos(2 theta) c(k + 2) - c(k). The rounding of every step is part of the shape.
@@ -97,8 +97,8 @@ Status apply(double offset, double amplitude, const T* pSrc, T* pDst, int len) {
   [[maybe_unused]] const detail::Control<T> control;
   const Windowing<T> windowing{pSrc, pDst, len};
   const TwoChains chains(amplitude, len);
-  if (len < kLong || !chains.exact()) applyPairs<ByPairs>(windowing, offset, chains);
-  else applyPairs<ByParts>(windowing, offset, chains);
+  if (kAvx512 && len >= kLong && chains.exact()) applyPairs<ByParts>(windowing, offset, chains);
+  else applyPairs<ByPairs>(windowing, offset, chains);
   if (len % 2) windowing.copy(len / 2);
   return StatusOk;
 }
