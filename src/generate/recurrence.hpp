@@ -3,26 +3,27 @@
 // and to the bit what one step after the other gives.
 //
 // The lanes of a vector run through consecutive parts of the chain. All but the first start from values of a formula,
-// which are a few last places off; the others then do the chain's own steps from there. For small angles m c is 2 c less
-// a small multiple of c, and rounds alike from values a few places off: so a part started wrong ends wrong by what
+// which are a few last places off; the others then do the chain's own steps from there. For small angles m c is 2 c
+// less a small multiple of c, and rounds alike from values a few places off: so a part started wrong ends wrong by what
 // c(k + 1) = 2 c(k) - c(k - 1) makes of the error, and all starts can be corrected at once. The parts run again from
-// there. Where every part ends on the very values that the next one started from, they are the chain, however the starts
-// were found. Otherwise all is done again; each time at least one part more is right.
+// there. Where every part ends on the very values that the next one started from, they are the chain, however the
+// starts were found. Otherwise all is done again; each time at least one part more is right.
 #pragma once
 
 #include "generate/interleave.hpp"
 
 namespace ovks {
 
-template <int chains>
+// The longer the parts, the fewer are the corrections, but the more of them fail.
+template <int chains, int steps>
 class Recurrence {
  public:
   using V = Vec<double>;
-  static constexpr int kSteps = 8, kRows = kSteps * chains;
+  static constexpr int kSteps = steps, kRows = kSteps * chains;
   static constexpr int kSize = kRows * lanes<V>;
 
-  // The first two values of each chain. The angle of a whole block is to be below 1.
-  Recurrence(const double (&first)[chains], const double (&second)[chains], double factor)
+  // The first value of each chain, and the one before it. The angle of a whole block is to be below 1.
+  Recurrence(const double (&before)[chains], const double (&first)[chains], double factor)
       : factor_(broadcast<V>(factor)) {
     // Chebyshev's polynomials of the angle's cosine, in powers of the small 2 - factor.
     const V gap = broadcast<V>(2 - factor), one = broadcast<V>(1);
@@ -38,13 +39,13 @@ class Recurrence {
     fromSlope_ = end * sines;
     bend_ = -gap * fromSlope_;
     for (int c = 0; c < chains; ++c) {
-      state_[c] = {broadcast<V>(first[c]), broadcast<V>(second[c])};
+      state_[c] = {broadcast<V>(before[c]), broadcast<V>(first[c])};
       ends_[c] = guess(state_[c]);
     }
   }
 
-  // The next kSteps values of every part, the first values not among them: those of part l in lane l of the rows, where
-  // chains take turns. The next block's parts run beside them from their guessed starts.
+  // The next kSteps values of every part: those of part l in lane l of the rows, where chains take turns. The next
+  // block's parts run beside them from their guessed starts.
   OVKS_INLINE void next(V (&rows)[kRows]) {
     for (;;) {
       State after[chains], ahead[chains], at[chains], beside[chains];
@@ -119,8 +120,8 @@ class Recurrence {
     }
   }
 
-  // The ends of parts that ran from wrong ends of the parts before them. The error (value, slope) of a start has grown to
-  // value + kSteps slope at the part's end, and by kSteps slope in every part from there.
+  // The ends of parts that ran from wrong ends of the parts before them. The error (value, slope) of a start has grown
+  // to value + kSteps slope at the part's end, and by kSteps slope in every part from there.
   static OVKS_INLINE State corrected(State started, State ran) {
     V part;
     for (int i = 0; i < lanes<V>; ++i) part[i] = kSteps * i;
@@ -144,13 +145,12 @@ class Recurrence {
 };
 
 // The values of all chains by turns, from the first on, as vectors in order.
-template <int chains>
+template <int chains, int steps>
 class Chains {
  public:
-  Chains(const double (&first)[chains], const double (&second)[chains], double factor)
-      : recurrence_(first, second, factor) {
+  Chains(const double (&before)[chains], const double (&first)[chains], double factor)
+      : recurrence_(before, first, factor) {
     store(values_ + kSize, V{});
-    for (int c = 0; c < chains; ++c) values_[at_ + c] = first[c];
   }
 
   template <int n>
@@ -161,6 +161,12 @@ class Chains {
     return load<Vec<double, n>>(values_ + at_ - n);
   }
 
+  // How many values are stored. Vectors taken when none is left are the next stored ones or parts of them; one across
+  // two could be loaded only once both stores are done.
+  int left() const { return kEnd - at_; }
+
+  void back(int n) { at_ -= n; }
+
   void skip(std::ptrdiff_t n) {
     V rows[kRows];
     for (; n > kEnd - at_ + kSize; n -= kSize) recurrence_.next(rows);
@@ -170,8 +176,8 @@ class Chains {
 
  private:
   using V = Vec<double>;
-  static constexpr int kRows = Recurrence<chains>::kRows, kSize = Recurrence<chains>::kSize, kBefore = lanes<V>,
-                       kEnd = kBefore + kSize;
+  static constexpr int kRows = Recurrence<chains, steps>::kRows, kSize = Recurrence<chains, steps>::kSize,
+                       kBefore = lanes<V>, kEnd = kBefore + kSize;
 
   // What is left, fewer values than a vector has, stays before the new ones.
   [[gnu::noinline]] void refill() {
@@ -185,9 +191,9 @@ class Chains {
     }
   }
 
-  Recurrence<chains> recurrence_;
+  Recurrence<chains, steps> recurrence_;
   alignas(64) double values_[kEnd];
-  int at_ = kEnd - chains;
+  int at_ = kEnd;
 };
 
 }  // namespace ovks

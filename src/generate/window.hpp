@@ -109,22 +109,36 @@ struct Windowing {
   template <class Shape>
   OVKS_INLINE void pairs(Shape& shape, std::ptrdiff_t first, std::ptrdiff_t last) const {
     std::ptrdiff_t i = first;
+    if constexpr (requires { shape.left(); }) i += beginning(shape, first, last);
     for (; i + kStep <= last; i += kStep) {
       const W w = shape.weights(nextValues<Weight<T>, kStep>(shape));
       whole(i, w);
       whole(n - i - kStep, detail::reversed(w));
     }
-    if (i == last) return;
-    const std::ptrdiff_t rest = last - i;
-    const W w = shape.weights(nextValues<Weight<T>, kStep>(shape));
-    part(i, rest, w);
-    Weight<T> mirrored[2 * kStep] = {};
-    store(mirrored, detail::reversed(w));
-    part(n - last, rest, load<W>(mirrored + kStep - rest));
+    if (i < last) some(shape, i, last - i);
   }
 
  private:
   OVKS_INLINE void whole(std::ptrdiff_t i, W w) const { store(dst + i, detail::weighted<T>(load<X>(src + i), w)); }
+  // Some elements fewer than a step, so that whole steps remain of what the shape has stored.
+  template <class Shape>
+  OVKS_INLINE std::ptrdiff_t beginning(Shape& shape, std::ptrdiff_t first, std::ptrdiff_t last) const {
+    const int count = shape.left() % kStep;
+    if (count == 0 || first + count > last) return 0;
+    some(shape, first, count);
+    shape.back(kStep - count);
+    return count;
+  }
+
+  template <class Shape>
+  OVKS_INLINE void some(Shape& shape, std::ptrdiff_t i, std::ptrdiff_t count) const {
+    const W w = shape.weights(nextValues<Weight<T>, kStep>(shape));
+    part(i, count, w);
+    Weight<T> mirrored[2 * kStep] = {};
+    store(mirrored, detail::reversed(w));
+    part(n - i - count, count, load<W>(mirrored + kStep - count));
+  }
+
   OVKS_INLINE void part(std::ptrdiff_t i, std::ptrdiff_t count, W w) const {
     const X x = loadPart<X>(reals(src + i), count * parts<T>);
     storePart(reals(dst + i), detail::weighted<T>(x, w), count * parts<T>);

@@ -13,8 +13,8 @@ using namespace ovks;
 // One chain in 64f, c(k + 1) = 2 cos(theta) c(k) - c(k - 1). The rounding of every step is part of the shape.
 class SingleSteps {
  public:
-  SingleSteps(double first, double second, double factor)
-      : factor_(factor), current_(first), following_(second) {}
+  SingleSteps(double before, double first, double factor)
+      : factor_(factor), current_(first), following_(factor * first - before) {}
 
   template <int n>
   OVKS_INLINE Vec<double, n> next() {
@@ -46,8 +46,9 @@ class SingleSteps {
   double factor_, current_, following_;
 };
 
-struct ManySteps : Chains<1> {
-  ManySteps(double first, double second, double factor) : Chains({first}, {second}, factor) {}
+template <int steps>
+struct ManySteps : Chains<1, steps> {
+  ManySteps(double before, double first, double factor) : Chains<1, steps>({before}, {first}, factor) {}
 };
 
 // ((0.5 + alpha) - c) + c^2 (-4 alpha) for c = 0.5 cos(k theta), k = 0, 1, ..., c rounded to W, and the rest W's.
@@ -63,8 +64,7 @@ class SquaredCosine : public Chain {
   }
 
  private:
-  SquaredCosine(W alpha, double c)
-      : Chain(0.5, 2 * c * 0.5 - 0.5 * c, 2 * c), offset_(W(0.5) + alpha), curvature_(-4 * alpha) {}
+  SquaredCosine(W alpha, double c) : Chain(0.5 * c, 0.5, 2 * c), offset_(W(0.5) + alpha), curvature_(-4 * alpha) {}
 
   W offset_, curvature_;
 };
@@ -91,8 +91,8 @@ void apply(const Windowing<T>& windowing, Alpha<T> alpha) {
   windowing.pairs(shape, centre + kGroup, windowing.n);
 }
 
-// From here on many steps at once are faster than one after the other.
-constexpr int kLong = 250;
+// From here on many steps at once are faster than one after the other, and from there on twice as many.
+constexpr int kMany = kAvx512 ? 250 : 400, kLong = 512;
 
 struct Blackman {
   template <class T>
@@ -105,8 +105,9 @@ struct Blackman {
       windowing.zero(2);
     } else {
       [[maybe_unused]] const detail::Control<T> control;
-      if (len < kLong) apply<SingleSteps>(windowing, alpha);
-      else apply<ManySteps>(windowing, alpha);
+      if (len < kMany) apply<SingleSteps>(windowing, alpha);
+      else if (len < kLong) apply<ManySteps<8>>(windowing, alpha);
+      else apply<ManySteps<16>>(windowing, alpha);
     }
     return StatusOk;
   }

@@ -10,8 +10,8 @@ namespace {
 
 using namespace ovks;
 
-// From here on many steps at once are faster than one after the other.
-constexpr int kLong = kAvx512 ? 1000 : 4000;
+// From here on many steps at once are faster than one after the other; in four lanes they never are.
+constexpr int kLong = 1000;
 
 // The starts of two interleaved chains of amplitude cos(k theta), of even and of odd k:
 // c(k + 4) = 2 cos(2 theta) c(k + 2) - c(k). The rounding of every step is part of the shape.
@@ -26,10 +26,17 @@ struct TwoChains {
     first = Pair{c0, c1};
     second = Pair{c2, c3};
     factor = 2 * cosines[1];
+    before = factor * first - second;
+  }
+
+  // Whether the chains' own step leads from `before` to `second`, as it does unless that was rounded.
+  bool exact() const {
+    const Pair next = factor * first - before;
+    return next[0] == second[0] && next[1] == second[1];
   }
 
   double factor;
-  Pair first, second;
+  Pair before, first, second;
 };
 
 // offset - amplitude cos(k theta) for k = 0, 1, ..., a pair of values at a time.
@@ -64,20 +71,19 @@ class ByPairs : public Direct {
 };
 
 // The same, many values at a time.
-class ByParts : public Direct {
+class ByParts : public Direct, public Chains<2, 8> {
  public:
   ByParts(double offset, const TwoChains& chains)
-      : offset_(offset),
-        chains_({chains.first[0], chains.first[1]}, {chains.second[0], chains.second[1]}, chains.factor) {}
+      : Chains({chains.before[0], chains.before[1]}, {chains.first[0], chains.first[1]}, chains.factor),
+        offset_(offset) {}
 
   template <int n>
   OVKS_INLINE Vec<double, n> next() {
-    return broadcast<Vec<double, n>>(offset_) - chains_.next<n>();
+    return broadcast<Vec<double, n>>(offset_) - Chains::next<n>();
   }
 
  private:
   double offset_;
-  Chains<2> chains_;
 };
 
 template <class Shape, class T>
@@ -91,8 +97,8 @@ Status apply(double offset, double amplitude, const T* pSrc, T* pDst, int len) {
   [[maybe_unused]] const detail::Control<T> control;
   const Windowing<T> windowing{pSrc, pDst, len};
   const TwoChains chains(amplitude, len);
-  if (len < kLong) applyPairs<ByPairs>(windowing, offset, chains);
-  else applyPairs<ByParts>(windowing, offset, chains);
+  if (kAvx512 && len >= kLong && chains.exact()) applyPairs<ByParts>(windowing, offset, chains);
+  else applyPairs<ByPairs>(windowing, offset, chains);
   if (len % 2) windowing.copy(len / 2);
   return StatusOk;
 }

@@ -183,6 +183,9 @@ TEST(Window, Blackman) {
 
 TEST(Window, Kaiser) {
   for (const float alpha : {0.0f, 0.01f, -0.0151f}) checkWindows<"ovksWinKaiser_">(kKaiser, alpha);
+  // The centre's argument is where one polynomial follows the other.
+  const int atTheLimit[] = {11};
+  check(describe(ovksWinKaiser_64f_I, kKaiser, 0.75), atTheLimit);
   std::vector<float> x(78, 1.0f), y = x;
   EXPECT_EQ(ovksWinKaiser_32f(x.data(), y.data(), 78, 1), StatusHugeWin);
   EXPECT_EQ(y, x);
