@@ -86,8 +86,8 @@ template <Direction D, int R, class In, class V>
         const PanelTile& tile = tiles[i / L + j * (n / L)];
         return tile.first + v * tile.vector;
       };
-      // The processor does not see that the next row is to follow.
-      unroll<R>([&](auto j) __attribute__((always_inline)) { from.prefetch(place(j) + lane); });
+      // The processor does not see which rows are to follow.
+      unroll<R>([&](auto j) __attribute__((always_inline)) { from.prefetch(place(j) + 2 * lane); });
       butterfly<D, R>(
           [&](auto j) __attribute__((always_inline)) { return from.get(place(j)); },
           [&](auto k, Complex<V> x)
