@@ -7,15 +7,6 @@
 namespace ovks::test {
 namespace {
 
-// Beginnings of names of exports that have no length, may do without a pointer, or look at something else first.
-bool isOtherwise(const Prototype& p) {
-  constexpr const char* kNames[] = {
-      "ovksFFT",           "ovksFIRSRGetSize",       "ovksFIRSRInit",       "ovksRandGaussGetSize",
-      "ovksRandGaussInit", "ovksRandUniformGetSize", "ovksRandUniformInit", "ovksSortRadixGetBufferSize",
-      "ovksWinBlackmanOpt"};
-  return std::any_of(std::begin(kNames), std::end(kNames), [&](const char* name) { return p.startsWith(name); });
-}
-
 // The call without one of its pointers.
 Status without(Call& call, std::size_t k) {
   const Argument kept = call.arguments[k];
@@ -25,28 +16,35 @@ Status without(Call& call, std::size_t k) {
   return status;
 }
 
+// Lengths come first in few families. Objects' tags come after both, and delay lines may be missing.
 TEST(Contract, NullPointersComeBeforeLengths) {
-  int checked = 0;
   for (const Prototype& p : prototypes()) {
-    if (isOtherwise(p)) continue;
+    if (p.startsWith("ovksFFT")) continue;
     SCOPED_TRACE(p.name);
+    const bool isLengthFirst =
+        p.startsWith("ovksFIRSRGet") || p.startsWith("ovksFIRSRInit") || p.startsWith("ovksWinBlackmanOpt");
     Random random(p.name);
     Call call(p, Shape(), random);
     call.place();
-    for (const int len : {1, 0, -1, INT_MIN}) {
-      for (std::size_t k = 0; k < p.parameters.size(); ++k) {
+    if (p.startsWith("ovksRand") && p.has("len")) {
+      call.damageTag(p.find("pState"), 39);  // a tag, but only one of theirs
+      EXPECT_EQ(call.run(), StatusContextMismatch);
+    }
+    for (const int len : {Shape().len, 0, -1, INT_MIN}) {
+      bool isBad = false;
+      for (std::size_t k = 0; k < p.parameters.size() && len < 1; ++k) {
+        isBad |= p.parameters[k].isLength();
         if (p.parameters[k].isLength()) call.arguments[k].set(len);
       }
       for (std::size_t k = 0; k < p.parameters.size(); ++k) {
         if (!p.parameters[k].isPointer || p.parameters[k].startsWith("pDly")) continue;
-        EXPECT_EQ(without(call, k), StatusNullPtr) << p.parameters[k].name << ' ' << len;
+        EXPECT_EQ(without(call, k), isBad && isLengthFirst ? StatusBadSize : StatusNullPtr)
+            << p.parameters[k].name << ' ' << len;
       }
-      EXPECT_TRUE(len == 1 || call.run() == StatusBadSize) << len;
+      EXPECT_TRUE(!isBad || call.run() == StatusBadSize) << len;
     }
     EXPECT_EQ(call.changed(true), "");
-    ++checked;
   }
-  EXPECT_GE(checked, 287);
 }
 
 TEST(Contract, TransformsLookAtTheirObjectFirst) {

@@ -11,19 +11,6 @@ namespace ovks::test {
 template <class T>
 using Sequence = std::vector<T>;
 
-template <class T>
-Bytes bytesOf(const Sequence<T>& x) {
-  Bytes bytes(x.size() * sizeof(T));
-  if (!x.empty()) std::memcpy(bytes.data(), x.data(), bytes.size());
-  return bytes;
-}
-template <class T>
-Sequence<T> sequence(const Bytes& bytes) {
-  Sequence<T> x(bytes.size() / sizeof(T));
-  if (!x.empty()) std::memcpy(x.data(), bytes.data(), bytes.size());
-  return x;
-}
-
 // Integers of all sizes, floats up to 1.
 template <class T>
 Sequence<T> noise(Random& random, std::size_t n) {

@@ -117,6 +117,17 @@ void Trial::compare(std::size_t k, const Bytes& got, const char* where) {
   }
 }
 
+void Trial::failAt(int n, const std::string& got, const std::string& want) {
+  if (!error_.empty()) return;
+  std::ostringstream operands;
+  for (const std::size_t k : call.prototype().vectors(true, false)) {
+    const ElementType& e = *call.prototype().parameters[k].element;
+    const std::size_t at = static_cast<std::size_t>(n) * e.size;
+    if (at < call.size(k)) operands << ' ' << e.text(&call.data(k)[at]);
+  }
+  fail("element ", n, " of", operands.str(), " is ", got, " instead of ", want);
+}
+
 std::string Trial::description() const {
   std::ostringstream text;
   text << call.prototype().name;

@@ -52,6 +52,9 @@ class Trial {
     error_ = text.str();
   }
 
+  // The same of an element of the result.
+  void failAt(int n, const std::string& got, const std::string& want);
+
   Call call;
   bool keepsFlags = false;  // whether the exceptions' flags must stay, too
 
