@@ -180,7 +180,7 @@ TEST(Fuzz, RandomCalls) {
     std::snprintf(current, sizeof current, "%s: FUZZ_FROM=%zu with --gtest_random_seed=%d\n", p.name.c_str(), trial,
                   GTEST_FLAG_GET(random_seed));
     Random random("fuzz " + std::to_string(trial));
-    const bool isQuery = p.name.find("Size") != std::string::npos;
+    const bool isQuery = p.nameHas("Size");
     int& count = successes[trial % all.size()];
     const std::string error = isQuery ? query(p, random) : tryOut(p, random, count);
     count += isQuery;

@@ -124,7 +124,7 @@ template <class T, class... P>
 Export describe(Status (*f)(T*, P...), auto shape, auto... alpha) {
   using R = Real<std::remove_cv_t<T>>;
   using Weight = std::conditional_t<std::is_integral_v<R>, float, R>;
-  const Prototype& p = prototypeOf(reinterpret_cast<const void*>(f));
+  const Prototype& p = prototypeOf(f);
   const auto judge = [=](Trial& t) {
     const auto fates = shape(Weight{}, t.call.shape().len, alpha...);
     if (t.status() != (fates.empty() ? StatusBadSize : StatusOk)) t.fail("status ", t.status());

@@ -106,7 +106,7 @@ std::size_t hashed(const Bytes& bytes) {
 
 template <class T>
 void expectSorted(const Prototype& p, Call& call, const std::vector<T>& input, std::size_t& common) {
-  const bool descends = p.name.find("Descend") != std::string::npos, promises = sizeof(T) * input.size() <= 2 << 24;
+  const bool descends = p.nameHas("Descend"), promises = sizeof(T) * input.size() <= 2 << 24;
   const Place data{input.size() % 2 == 0, 0}, work{data.atEnd, input.size() % 64};
   call.data(0) = bytesOf(input);
   call.place({data, data, work, work});
@@ -141,7 +141,7 @@ void check(int n, const Inputs<T>& inputs) {
     Call call(p, shape, random);
     for (std::size_t i = 0; i < inputs.size() && !testing::Test::HasFailure(); ++i) {
       SCOPED_TRACE(testing::Message() << p.name << ' ' << n << " elements, " << inputs[i].first);
-      expectSorted(p, call, inputs[i].second, common[p.name.find("Descend") != std::string::npos][i]);
+      expectSorted(p, call, inputs[i].second, common[p.nameHas("Descend")][i]);
     }
     ++sorts;
   }

@@ -148,7 +148,7 @@ void checkReduction(const auto& reference, Status (*f)(P...)) {
   using Elements = std::tuple<std::remove_cv_t<std::remove_pointer_t<P>>...>;
   const auto judge = [&](Trial& t) { reference.template judge<two, Elements>(t, all); };
   const auto fill = [&](Call& call, Random& random) { reference.template fill<Elements>(call, random, all); };
-  check({&prototypeOf(reinterpret_cast<const void*>(f)), false, judge, fill}, lengths);
+  check({&prototypeOf(f), false, judge, fill}, lengths);
 }
 
 template <Beginning... names>

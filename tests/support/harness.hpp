@@ -139,7 +139,7 @@ Export describe(Reference reference, Status (*function)(P...)) {
     }
     if (t.status() != status) t.fail("status ", t.status(), " instead of ", status);
   };
-  return {&prototypeOf(reinterpret_cast<const void*>(function)),
+  return {&prototypeOf(function),
           !std::is_same_v<decltype(part(std::declval<Value>(), 0)), Near>, judge};
 }
 

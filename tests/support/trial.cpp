@@ -78,6 +78,12 @@ void Trial::outOfPlace() {
   for (std::size_t k = 0; k < results.size(); ++k) compare(results[k], other.bytes(twinResults[k]), "out of place");
 }
 
+void Trial::repeat() {
+  again();
+  for (const Overlap& overlap : permitted()) again(overlap);
+  outOfPlace();
+}
+
 std::vector<Overlap> Trial::permitted() const {
   const Prototype& p = call.prototype();
   std::vector<Overlap> found;

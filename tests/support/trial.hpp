@@ -30,6 +30,8 @@ class Trial {
   void again(Overlap overlap = {}, bool mayDiffer = false);
   // The same by the export that works out of place, if there is one.
   void outOfPlace();
+  // All of that, and wherever a destination may be a source.
+  void repeat();
   // Any call: what it may touch, leave behind and return.
   Status execute(Call& other);
   // Destinations that may be sources.
