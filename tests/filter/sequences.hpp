@@ -13,9 +13,9 @@ using Sequence = std::vector<T>;
 
 // Integers of all sizes, floats up to 1.
 template <class T>
-Sequence<T> noise(Random& random, std::size_t n) {
+Sequence<T> noise(Random& random, std::integral auto n) {
   using R = Real<T>;
-  Sequence<R> reals(n * parts<T>);
+  Sequence<R> reals(static_cast<std::size_t>(n) * parts<T>);
   for (R& x : reals) {
     const auto bits = static_cast<std::int64_t>(random.bits());
     x = std::is_integral_v<R> ? static_cast<R>(bits) : static_cast<R>(std::ldexp(static_cast<double>(bits), -63));
