@@ -72,16 +72,6 @@ TEST(Div, Constants) {
   });
 }
 
-TEST(Div, RoundModesOutsideTheSet) {
-  const std::uint8_t divisor = 1;
-  std::uint8_t value = 9;
-  for (const RoundMode mode : {-1, 3, INT_MAX}) {
-    EXPECT_EQ(ovksDiv_Round_8u_ISfs(&divisor, &value, 1, mode, 0), StatusBadRoundMode);
-    EXPECT_EQ(ovksDiv_Round_8u_ISfs(&divisor, &value, 0, mode, 0), StatusBadSize);
-  }
-  EXPECT_EQ(value, 9);
-}
-
 TEST(Div, AllBytesAndShorts) {
   checkAll(describe(kQuotient, ovksDiv_Round_8u_Sfs), -32, 10);
   checkAll(describe(kQuotient, ovksDiv_Round_16s_Sfs), -31, 17);
