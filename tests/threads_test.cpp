@@ -10,12 +10,7 @@ namespace {
 
 constexpr int kThreads = 4, kRounds = 5;
 
-struct Result {
-  Status status;
-  std::vector<Bytes> bytes;
-
-  bool operator==(const Result&) const = default;
-};
+using Result = std::pair<Status, std::vector<Bytes>>;
 
 Result resultOf(Call& call) {
   call.place();
