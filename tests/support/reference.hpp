@@ -47,7 +47,7 @@ struct Exact {
   friend Exact operator+(Exact a, Exact b) { return a.numerator + b.numerator; }
   friend Exact operator-(Exact a, Exact b) { return a.numerator - b.numerator; }
   friend Exact operator*(Exact a, Exact b) { return a.numerator * b.numerator; }
-  bool isZero() const { return numerator == 0; }
+  bool operator==(int zero) const { return numerator == zero; }
 
   // Times 2^-scaleFactor, rounded to an integer, saturated.
   template <class T>
@@ -93,7 +93,7 @@ struct Complex {
   friend Complex operator-(Complex a, Complex b) { return {a.re - b.re, a.im - b.im}; }
   friend Complex operator*(Complex a, Complex b) { return {a.re * b.re - a.im * b.im, a.re * b.im + a.im * b.re}; }
   friend Complex operator*(T a, Complex b) { return {a * b.re, a * b.im}; }
-  bool isZero() const { return re.isZero() && im.isZero(); }
+  bool operator==(int zero) const { return re == zero && im == zero; }
 };
 
 // A result that makes the call return a status; an error makes it write nothing.

@@ -47,15 +47,8 @@ Complex<Near> ratio(Complex<T> a, Complex<T> c) {
   return {partRatio(W{a.re} * c.re, W{a.im} * c.im, a, c), partRatio(W{a.re} * c.im, -(W{a.im} * c.re), a, c)};
 }
 
-bool isZero(Exact x) { return x.numerator == 0; }
-bool isZero(std::floating_point auto x) { return x == 0; }
-template <class T>
-bool isZero(Complex<T> x) {
-  return isZero(x.re) && isZero(x.im);
-}
-
 constexpr auto kQuotient = []<class T>(T divisor, T dividend) -> WithStatus<decltype(ratio(divisor, dividend))> {
-  if (!isZero(divisor)) return {ratio(divisor, dividend), StatusOk};
+  if (divisor != 0) return {ratio(divisor, dividend), StatusOk};
   if constexpr (requires { ratio(divisor, dividend).re.bound; })
     return {{{overZero(dividend.re), 0}, {overZero(dividend.im), 0}}, StatusDivByZero};
   else if constexpr (ComplexElement<T>) return {{overZero(dividend.re), overZero(dividend.im)}, StatusDivByZero};
