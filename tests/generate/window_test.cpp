@@ -79,18 +79,15 @@ constexpr auto kBartlett = []<class W>(W, int n) {
 
 long double bessel(long double x) {
   const long double t = x * 0.26666666666666666;
-  const auto series = [](long double u, std::initializer_list<long double> c) {
-    long double sum = 0, power = 1;
-    for (const long double a : c) {
-      sum += a * power;
-      power *= u;
-    }
+  const auto series = [](long double u, std::initializer_list<long double> highestFirst) {
+    long double sum = 0;
+    for (const long double a : highestFirst) sum = sum * u + a;
     return sum;
   };
-  if (x < 3.75) return series(t * t, {1, 3.5156229L, 3.0899424L, 1.2067492L, 0.2659732L, 0.0360768L, 0.0045813L});
+  if (x < 3.75) return series(t * t, {0.0045813L, 0.0360768L, 0.2659732L, 1.2067492L, 3.0899424L, 3.5156229L, 1});
   return expl(x) / sqrtl(x) *
-         series(1 / t, {0.39894228L, 0.01328592L, 0.00225319L, -0.00157565L, 0.00916281L, -0.02057706L, 0.02635537L,
-                        -0.01647633L, 0.00392377L});
+         series(1 / t, {0.00392377L, -0.01647633L, 0.02635537L, -0.02057706L, 0.00916281L, -0.00157565L, 0.00225319L,
+                        0.01328592L, 0.39894228L});
 }
 
 constexpr auto kKaiser = []<class W>(W, int n, std::type_identity_t<W> alpha) {

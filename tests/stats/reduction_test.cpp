@@ -103,7 +103,8 @@ struct Reduction {
     const auto want = finish(sum, n), other = finish(disturbed(sum, error), n);
     for (int i = 0; i < parts<decltype(want)>; ++i) {
       const D result = loadElement<D>(t.results()[sizeof...(k) + 1 + (two ? i : 0)].data());
-      const auto got = part(result, i), value = part(want, i);
+      const auto got = part(result, i);
+      const auto value = part(want, i);
       if constexpr (isInteger<D>) {
         judgeNumber(t, 0, got, Exact(value), RoundNear, t.call.constant("scaleFactor", 0));
       } else {
