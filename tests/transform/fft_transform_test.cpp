@@ -30,8 +30,9 @@ Points transformed(const Points& x) {
   Points& w = all[half];
   for (std::size_t k = w.size(); k < half; ++k) w.push_back(unitRoot(k, 2 * half));
   for (std::size_t k = 0; k < half; ++k) {
-    y[k] = even[k] + odd[k] * w[k];
-    y[half + k] = even[k] - odd[k] * w[k];
+    const Wide turned = odd[k] * w[k];
+    y[k] = even[k] + turned;
+    y[half + k] = even[k] - turned;
   }
   return y;
 }
