@@ -35,7 +35,10 @@ TEST(Malloc, EveryType) {
 
 TEST(LibraryVersion, Record) {
   const LibraryVersion& v = *ovksGetLibVersion();
-  EXPECT_TRUE(v.major == 9 && v.minor == 0 && v.majorBuild == 2 && v.build == 49912);
+  EXPECT_EQ(v.major, 9);
+  EXPECT_EQ(v.minor, 0);
+  EXPECT_EQ(v.majorBuild, 2);
+  EXPECT_EQ(v.build, 49912);
   const bool avx512 = std::memcmp(v.targetCpu, "n0\0", 4) == 0;
   EXPECT_TRUE(avx512 || std::memcmp(v.targetCpu, "a2\0", 4) == 0);
   EXPECT_STREQ(v.Name, avx512 ? "ovkSP AVX-512F/CD/ER/PF (n0)" : "ovkSP AVX2/FMA (a2)");
