@@ -4,8 +4,7 @@
 #include <map>
 #include <set>
 
-#include "ovks.h"
-#include "support/element.hpp"
+#include "support/family.hpp"
 
 namespace ovks::test {
 namespace {
@@ -41,16 +40,11 @@ TEST(Module, EntersThroughOneReadOnlyTable) {
 }
 
 TEST(Module, SharesAllocationByElementSize) {
-  const auto implementations = [](std::initializer_list<const char*> types) {
-    std::set<Code> found;
-    for (const std::string type : types) found.insert(loadElement<Code>(slot(entries().at("ovksMalloc_" + type))));
-    return found.size();
-  };
-  EXPECT_EQ(implementations({"8u", "8s"}), 1u);
-  EXPECT_EQ(implementations({"16s", "16u", "8sc"}), 1u);
-  EXPECT_EQ(implementations({"32f", "32s", "32u", "16sc"}), 1u);
-  EXPECT_EQ(implementations({"64f", "64s", "32fc", "32sc"}), 1u);
-  EXPECT_EQ(implementations({"64fc", "64sc"}), 1u);
+  std::map<std::size_t, std::set<Code>> implementations;
+  forFamilies<"ovksMalloc_">([&]<class T>(T* (*allocate)(int)) {
+    implementations[sizeof(T)].insert(loadElement<Code>(slot(behindImport(reinterpret_cast<Code>(allocate)))));
+  });
+  for (const auto& [size, all] : implementations) EXPECT_EQ(all.size(), 1u) << size;
 }
 
 }  // namespace

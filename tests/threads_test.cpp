@@ -10,12 +10,7 @@ namespace {
 
 constexpr int kThreads = 4, kRounds = 5;
 
-struct Result {
-  Status status;
-  std::vector<Bytes> bytes;
-
-  bool operator==(const Result&) const = default;
-};
+using Result = std::pair<Status, std::vector<Bytes>>;
 
 Result resultOf(Call& call) {
   call.place();
@@ -54,7 +49,7 @@ TEST(Threads, ShareSpecifications) {
   shape.order = 11;
   for (const Prototype& p : prototypes()) {
     // What Init tells are addresses in the thread's own memory.
-    if (p.name.find("Init_") != std::string::npos) continue;
+    if (p.nameHas("Init_")) continue;
 #ifdef __SANITIZE_THREAD__
     // gcc 12 spills the masks of its AVX-512 partition as one byte here, and takes them back as eight.
     if (p.startsWith("ovksSortIndex") || p.startsWith("ovksSortRadixIndex")) continue;

@@ -11,24 +11,11 @@ namespace ovks::test {
 template <class T>
 using Sequence = std::vector<T>;
 
-template <class T>
-Bytes bytesOf(const Sequence<T>& x) {
-  Bytes bytes(x.size() * sizeof(T));
-  if (!x.empty()) std::memcpy(bytes.data(), x.data(), bytes.size());
-  return bytes;
-}
-template <class T>
-Sequence<T> sequence(const Bytes& bytes) {
-  Sequence<T> x(bytes.size() / sizeof(T));
-  if (!x.empty()) std::memcpy(x.data(), bytes.data(), bytes.size());
-  return x;
-}
-
 // Integers of all sizes, floats up to 1.
 template <class T>
-Sequence<T> noise(Random& random, std::size_t n) {
+Sequence<T> noise(Random& random, std::integral auto n) {
   using R = Real<T>;
-  Sequence<R> reals(n * parts<T>);
+  Sequence<R> reals(static_cast<std::size_t>(n) * parts<T>);
   for (R& x : reals) {
     const auto bits = static_cast<std::int64_t>(random.bits());
     x = std::is_integral_v<R> ? static_cast<R>(bits) : static_cast<R>(std::ldexp(static_cast<double>(bits), -63));

@@ -1,6 +1,7 @@
 /* SPDX-License-Identifier: MIT
  * program [level]: calls of several families give what they should, on the level that it names, or else the
  * one that fits the processor. */
+#include <ovkcore.h>
 #include <ovks.h>
 #include <stdio.h>
 #include <string.h>

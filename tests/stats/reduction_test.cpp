@@ -1,14 +1,10 @@
 // SPDX-License-Identifier: MIT
-// Checks reductions against exact or extended sums:
+// Reductions against exact or extended sums:
 //
 //   checkReductions<"ovksSum_">(Reduction{term, finish});
 //
-// for lengths around every vector's and block's size, on buffers at any address that end or begin at inaccessible
-// pages, for every hint or for scale factors of every kind. The reference is finish(sum of term(x...), n), in exact
-// integers for integers and in extended precision otherwise. Integer results must equal it; the error of others is held
-// against the sum of the terms' magnitudes.
-#include <xmmintrin.h>
-
+// The reference is finish(sum of term(x...), n), in exact integers for integers and in extended precision otherwise.
+// Integer results must equal it; the error of others is held against the sum of the terms' magnitudes.
 #include "support/family.hpp"
 
 namespace ovks::test {
@@ -83,34 +79,57 @@ struct Reduction {
 
   static constexpr bool kSums = !std::is_same_v<Finish, std::remove_const_t<decltype(kLargest)>>;
 
-  // The verdict on a result.
-  template <class D, class... S>
-  void judge(D got, int n, int mode, const S*... src) const {
-    decltype(term(extended(*src)...)) sum{};
+  // Of one or two results; P are the parameters' elements, k the sources.
+  template <bool two, class P, std::size_t... k>
+  void judge(Trial& t, std::index_sequence<k...>) const {
+    using D = std::tuple_element_t<sizeof...(k) + 1, P>;
+    const int n = t.call.shape().len, hint = t.call.constant("hint", AlgHintNone);
+    if (n < least && t.status() != StatusBadSize) t.fail("status ", t.status());
+    if (n < least) return;
+    decltype(term(extended(std::tuple_element_t<k, P>())...)) sum{};
     long double size = 0;
     for (int i = 0; i < n; ++i) {
-      const auto next = term(extended(loadElement<S>(src, i))...);
+      const auto x = std::tuple(extended(loadElement<std::tuple_element_t<k, P>>(t.call.data(k).data(), i))...);
+      const auto next = std::apply(term, x);
       if constexpr (!kSums) sum = real(next) > real(sum) || std::isnan(real(next)) ? next : sum;
       else sum = sum + next;
-      if constexpr (kSums && !(isInteger<S> && ...)) size += terms(magnitude(extended(loadElement<S>(src, i)))...);
+      if constexpr (kSums && !(isInteger<std::tuple_element_t<k, P>> && ...))
+        size += terms(magnitude(std::get<k>(x))...);
     }
     // So many additions in single precision, one after the other, at most.
-    constexpr bool complexFloats = std::is_same_v<D, Complex32f> && (std::is_same_v<S, D> && ...) && sizeof...(S) == 2;
-    const int single = mode == AlgHintFast && sizeof(Real<D>) == 4 ? 8192 : complexFloats ? 512 : 0;
+    constexpr bool complexFloats = std::is_same_v<P, std::tuple<Complex32f, Complex32f, int, Complex32f>>;
+    const int single = hint == AlgHintFast && sizeof(Real<D>) == 4 ? 8192 : complexFloats ? 512 : 0;
     const long double error = single ? size * std::min(n, single) * 0x1p-24L : size * n * 0x1p-53L + n * absolute;
     const auto want = finish(sum, n), other = finish(disturbed(sum, error), n);
-    for (int k = 0; k < parts<D>; ++k) {
+    for (int i = 0; i < parts<decltype(want)>; ++i) {
+      const D result = loadElement<D>(t.results()[sizeof...(k) + 1 + (two ? i : 0)].data());
+      const auto got = part(result, i);
+      const auto value = part(want, i);
       if constexpr (isInteger<D>) {
-        EXPECT_EQ(part(got, k), Exact(part(want, k)).template rounded<Real<D>>(mode, RoundNear));
+        judgeNumber(t, 0, got, Exact(value), RoundNear, t.call.constant("scaleFactor", 0));
       } else {
-        const long double value = real(part(want, k)), rounding = std::numeric_limits<Real<D>>::epsilon();
-        const Near near{value, std::fabs(real(part(other, k)) - value) + std::fabs(value) * rounding};
-        EXPECT_TRUE(agrees(part(got, k), near)) << text(part(got, k)) << " for " << text(near);
+        const long double rounding = std::fabs(real(value)) * std::numeric_limits<Real<D>>::epsilon();
+        judgeNumber(t, 0, got, Near{real(value), std::fabs(real(part(other, i)) - real(value)) + rounding}, 0, 0);
       }
     }
   }
 
+  template <class P, std::size_t... k>
+  void fill(Call& call, Random& random, std::index_sequence<k...>) const {
+    (fillOne<std::tuple_element_t<k, P>>(call.data(k), random), ...);
+  }
+
  private:
+  template <class S>
+  void fillOne(Bytes& bytes, Random& random) const {
+    const auto n = static_cast<int>(bytes.size() / sizeof(S)), odd = random.below(8) ? n : random.below(n);
+    for (int i = 0; i < n; ++i) {
+      const bool isSpecial = i == odd && (!isInteger<S> || positive);
+      const S x = isSpecial ? special<S>(random) : element<S>(random, positive);
+      std::memcpy(&bytes[static_cast<std::size_t>(i) * sizeof x], &x, sizeof x);
+    }
+  }
+
   long double terms(long double x) const { return magnitude(term(x)); }
   long double terms(long double x, long double y) const {
     return std::max(magnitude(term(x, y)), magnitude(term(x, -y)));
@@ -119,58 +138,18 @@ struct Reduction {
 template <class Term, class Finish>
 Reduction(Term, Finish, bool = false, int = 1, long double = 0) -> Reduction<Term, Finish>;
 
-std::vector<int> modesOf(Random& random, bool integer, bool takesMode) {
-  if (!takesMode) return {0};
-  if (!integer) return {AlgHintNone, AlgHintFast, AlgHintAccurate};
-  return {0, 1, random.between(2, 20), random.between(-70, 70), INT_MAX, INT_MIN};
-}
-
 // One or two sources, the length, one or two results; the last parameter is a hint, a scale factor or missing.
 template <class... P>
 void checkReduction(const auto& reference, Status (*f)(P...)) {
   constexpr auto sources = (std::size_t{std::is_const_v<std::remove_pointer_t<P>>} + ...);
-  constexpr auto results = (std::size_t{std::is_pointer_v<P>} + ...) - sources;
-  using D = std::remove_pointer_t<std::tuple_element_t<sources + 1, std::tuple<P...>>>;
-  const std::string name = exportName(reinterpret_cast<const void*>(f));
-  Random random(name);
+  constexpr bool two = (std::size_t{std::is_pointer_v<P>} + ...) == sources + 2;
   std::vector<int> lengths = usualLengths();
   lengths.insert(lengths.end(), {8191, 8193, 40000});
-  Guarded memory[] = {Guarded(40000 * sizeof(Complex64f)), Guarded(40000 * sizeof(Complex64f))};
-  for (const int n : lengths) {
-    const Place place{n % 2 == 0, static_cast<std::size_t>(n % 4 < 2 ? 0 : random.below(65))};
-    for (const int mode : modesOf(random, isInteger<D>, sizeof...(P) > sources + 1 + results)) {
-      SCOPED_TRACE(name + ", length " + std::to_string(n) + ", mode " + std::to_string(mode));
-      D got[2] = {};
-      int source = 0, result = 0, number = 0;
-      const auto argument = [&]<class T>(std::type_identity<T>) {
-        if constexpr (std::is_const_v<std::remove_pointer_t<T>>) {
-          using S = std::remove_cv_t<std::remove_pointer_t<T>>;
-          std::vector<S> v(static_cast<std::size_t>(n));
-          for (S& x : v) x = element<S>(random, reference.positive);
-          if ((!isInteger<S> || reference.positive) && random.below(8) == 0)
-            v[static_cast<std::size_t>(random.below(n))] = special<S>(random);
-          return reinterpret_cast<T>(memory[source++].put(place, v.data(), v.size() * sizeof v[0]));
-        } else if constexpr (std::is_pointer_v<T>) {
-          return &got[result++];
-        } else {
-          return T{number++ ? mode : n};
-        }
-      };
-      const std::tuple<P...> arguments{argument(std::type_identity<P>())...};
-      const unsigned control = _mm_getcsr();
-      if (isInteger<D>) _mm_setcsr(control | 0xe000);  // flushes, and rounds towards zero
-      const Status status = std::apply(f, arguments);
-      _mm_setcsr(control);
-      EXPECT_EQ(status, n < reference.least ? StatusBadSize : StatusOk);
-      if (n < reference.least) continue;
-      [&]<std::size_t... k>(std::index_sequence<k...>) {
-        if constexpr (results == 2) reference.judge(Complex<D>{got[0], got[1]}, n, mode, std::get<k>(arguments)...);
-        else reference.judge(got[0], n, mode, std::get<k>(arguments)...);
-      }
-      (std::make_index_sequence<sources>());
-      if (testing::Test::HasFailure()) return;
-    }
-  }
+  const std::make_index_sequence<sources> all;
+  using Elements = std::tuple<std::remove_cv_t<std::remove_pointer_t<P>>...>;
+  const auto judge = [&](Trial& t) { reference.template judge<two, Elements>(t, all); };
+  const auto fill = [&](Call& call, Random& random) { reference.template fill<Elements>(call, random, all); };
+  check({&prototypeOf(f), false, judge, fill}, lengths);
 }
 
 template <Beginning... names>

@@ -30,6 +30,19 @@ struct Overlap {
 
 using Bytes = std::vector<std::byte>;
 
+template <class T>
+Bytes bytesOf(const std::vector<T>& x) {
+  Bytes bytes(x.size() * sizeof(T));
+  if (!x.empty()) std::memcpy(bytes.data(), x.data(), bytes.size());
+  return bytes;
+}
+template <class T>
+std::vector<T> sequence(const Bytes& bytes) {
+  std::vector<T> x(bytes.size() / sizeof(T));
+  if (!x.empty()) std::memcpy(x.data(), bytes.data(), bytes.size());
+  return x;
+}
+
 class Call {
  public:
   // Random sources and constants. An object that the export takes is initialised for it, or is the one of another call.
@@ -48,6 +61,9 @@ class Call {
   }
   // Another call's constants of the same names.
   void adoptConstants(const Call& other);
+  int constant(std::string_view name, int otherwise) const {
+    return prototype_->has(name) ? arguments[prototype_->find(name)].as<int>() : otherwise;
+  }
   template <class T>
   void setConstant(std::string_view name, T x) {
     if (prototype_->has(name)) arguments[prototype_->find(name)].set(x);

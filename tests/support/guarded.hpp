@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
-#include <utility>
 
 #include "support/pages.hpp"
 
@@ -22,26 +21,17 @@ class Guarded {
   static constexpr std::size_t kMargin = 128;  // bytes watched on either side, and the largest offset
 
   Guarded() = default;
-  explicit Guarded(std::size_t capacity) {
-    size_ = (capacity + kMargin + kPage - 1) / kPage * kPage;
-    begin_ = reservePages(size_ + 2 * kPage) + kPage;
-    openPages(begin_, size_);
-  }
-  Guarded(Guarded&& other) noexcept : size_(other.size_), begin_(other.begin_) { other.begin_ = nullptr; }
-  Guarded& operator=(Guarded&& other) noexcept {
-    std::swap(size_, other.size_);
-    std::swap(begin_, other.begin_);
-    std::swap(first_, other.first_);
-    std::swap(last_, other.last_);
-    return *this;
-  }
-  ~Guarded() {
-    if (begin_) releasePages(begin_ - kPage, size_ + 2 * kPage);
-  }
+  Guarded(const Guarded&) = delete;
+  ~Guarded() { release(); }
 
   // A copy of n bytes at the place, which any alignment of the elements may have. Grows as needed.
   std::byte* put(Place place, const void* bytes, std::size_t n) {
-    if (n + kMargin > size_) *this = Guarded(n);
+    if (n + kMargin > size_) {
+      release();
+      size_ = (n + kMargin + kPage - 1) / kPage * kPage;
+      begin_ = reservePages(size_ + 2 * kPage) + kPage;
+      openPages(begin_, size_);
+    }
     first_ = place.atEnd ? begin_ + size_ - n - place.offset : begin_ + place.offset;
     last_ = first_ + n;
     std::memset(low(), kCanary, static_cast<std::size_t>(first_ - low()));
@@ -59,6 +49,9 @@ class Guarded {
  private:
   static constexpr unsigned char kCanary = 0xc3;
 
+  void release() {
+    if (begin_) releasePages(begin_ - kPage, size_ + 2 * kPage);
+  }
   std::byte* low() const { return first_ - std::min<std::ptrdiff_t>(kMargin, first_ - begin_); }
   std::byte* high() const { return last_ + std::min<std::ptrdiff_t>(kMargin, begin_ + size_ - last_); }
 

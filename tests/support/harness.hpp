@@ -16,52 +16,29 @@
 // or a Complex of these, or a WithStatus of all that.
 #pragma once
 
-#include <numeric>
 #include <span>
 #include <tuple>
 #include <utility>
 
-#include "support/prototypes.hpp"
+#include "support/trial.hpp"
 
 namespace ovks::test {
 
-// Element-wise verdict on a call that started from the operands in.
-struct Verdict {
-  Status status = StatusOk;
-  int wrong = -1;  // index of the first wrong element
-  std::string expected;
-};
-
-// An element-wise export and its reference.
+// An export and what is right of it.
 struct Export {
-  std::string name;
   const Prototype* prototype;
-  std::vector<const ElementType*> operands;  // in the parameters' order, the destination last
-  bool accumulates;                          // reads its destination
-  bool exact;                                // equal to the reference, not just near it
-  std::function<Verdict(const void* const* in, const void* out, int len, RoundMode, int scaleFactor)> judge;
-  std::vector<Argument> constants = {};  // the last parameters' values, where they are given
+  bool exact;                                        // equal to the reference, not just near it
+  std::function<void(Trial&)> judge;                 // fails a call that has stored or returned something wrong
+  std::function<void(Call&, Random&)> prepare = {};  // sets operands and constants that may not be any
 };
 
-std::string exportName(const void* function);
-std::vector<int> usualLengths();
+const std::vector<int>& usualLengths();
 
 // Runs the export over the lengths; see above.
-void check(const Export& e, std::span<const int> lengths);
+void check(const Export& e, std::span<const int> lengths = usualLengths());
 
-// Judges one call out of place, on these sources.
-void checkOn(const Export& e, std::vector<const void*> sources, int len, RoundMode mode, int scaleFactor);
-
-// All pairs of bytes: the first vector counts fast, the second slowly.
-std::pair<std::vector<std::uint8_t>, std::vector<std::uint8_t>> allBytePairs();
-
-// All 16-bit numbers.
-template <class T>
-std::vector<T> allShorts() {
-  std::vector<T> v(1 << 16);
-  std::iota(v.begin(), v.end(), T{0});
-  return v;
-}
+// Runs it with each of the scale factors on all pairs of bytes, or on all 16-bit numbers beside a random one.
+void checkAll(Export e, int firstFactor, int lastFactor);
 
 namespace detail {
 
@@ -79,32 +56,31 @@ struct Signature {
     while (!isVector[l]) --l;
     return l;
   }();
-  using Operands = std::make_index_sequence<last + 1>;
   using D = Element<last>;
   static constexpr bool allInteger = []<std::size_t... k>(std::index_sequence<k...>) {
     return (std::is_integral_v<Real<Element<k>>> && ...);
   }
-  (Operands());
+  (std::make_index_sequence<last + 1>());
 
   // Operand k of element n as the reference takes it.
   template <std::size_t k>
-  static auto operand(const void* const* in, int n) {
+  static auto operand(Call& call, int n) {
     const auto number = [](auto x) {
       if constexpr (allInteger) return Exact(x);
       else if constexpr (std::is_floating_point_v<Real<D>>) return static_cast<Real<D>>(x);
       else return x;
     };
-    const auto x = loadElement<Element<k>>(in[k], isVector[k] ? n : 0);
+    const auto x = isVector[k] ? loadElement<Element<k>>(call.data(k).data(), n) : call.arguments[k].as<Element<k>>();
     if constexpr (ComplexElement<Element<k>>) return Complex<decltype(number(x.re))>{number(x.re), number(x.im)};
     else return number(x);
   }
 
   // All of them, without or with the destination; a leading constant comes last.
   template <bool withOld>
-  static auto operands(const void* const* in, int n) {
+  static auto operands(Call& call, int n) {
     constexpr std::size_t count = last + withOld;
     return [&]<std::size_t... k>(std::index_sequence<k...>) {
-      return std::tuple(operand<(k + !isVector[0]) % count>(in, n)...);
+      return std::tuple(operand<(k + !isVector[0]) % count>(call, n)...);
     }
     (std::make_index_sequence<count>());
   }
@@ -116,68 +92,60 @@ template <class F, class... T>
 inline constexpr bool takes<F, std::tuple<T...>> = std::is_invocable_v<F, T...>;
 
 template <class R>
-struct Settling {
-  using Value = R;
-  static Status status(const R&) { return StatusOk; }
-  static R value(const R& r) { return r; }
-};
-template <class R>
-struct Settling<WithStatus<R>> {
-  using Value = R;
-  static Status status(const WithStatus<R>& r) { return r.status; }
-  static R value(const WithStatus<R>& r) { return r.value; }
-};
-
-template <class T, class R>
-auto settled(R r, RoundMode mode, int scaleFactor) {
-  if constexpr (std::is_same_v<R, Exact>) return r.template rounded<T>(scaleFactor, mode);
-  else return r;
+Status statusOf(const R&) {
+  return StatusOk;
 }
-
-template <class D, class R>
-void judgeElement(const R& r, D got, int n, RoundMode mode, int scaleFactor, Verdict& v) {
-  using S = Settling<R>;
-  if (S::status(r) != StatusOk) v.status = S::status(r);
-  for (int k = 0; k < parts<D> && v.status >= 0 && v.wrong < 0; ++k) {
-    const auto want = settled<Real<D>>(part(S::value(r), k), mode, scaleFactor);
-    if (agrees(part(got, k), want)) continue;
-    v.wrong = n;
-    v.expected = text(want);
-  }
+template <class R>
+Status statusOf(const WithStatus<R>& r) {
+  return r.status;
+}
+template <class R>
+R valueOf(const R& r) {
+  return r;
+}
+template <class R>
+R valueOf(const WithStatus<R>& r) {
+  return r.value;
 }
 
 }  // namespace detail
 
+// Holds a number of element n of a trial's result against its reference.
+template <class T, class R>
+void judgeNumber(Trial& t, int n, T got, const R& want, RoundMode mode, int scaleFactor) {
+  if constexpr (std::is_same_v<R, Exact>)
+    judgeNumber(t, n, got, want.template rounded<T>(scaleFactor, mode), mode, scaleFactor);
+  else if (!agrees(got, want)) t.failAt(n, text(got), text(want));
+}
+
 template <class Reference, class... P>
 Export describe(Reference reference, Status (*function)(P...)) {
   using S = detail::Signature<P...>;
-  using D = typename S::D;
-  constexpr bool accumulates = !detail::takes<Reference, decltype(S::template operands<false>(nullptr, 0))>;
-  const auto result = [reference](const void* const* in, int n) {
-    return std::apply(reference, S::template operands<accumulates>(in, n));
+  constexpr bool accumulates =
+      !detail::takes<Reference, decltype(S::template operands<false>(std::declval<Call&>(), 0))>;
+  const auto result = [reference](Call& call, int n) {
+    return std::apply(reference, S::template operands<accumulates>(call, n));
   };
-  using Value = typename detail::Settling<decltype(result(nullptr, 0))>::Value;
-  const auto operands = []<std::size_t... k>(std::index_sequence<k...>) {
-    return std::vector<const ElementType*>{&elementType<typename S::template Element<k>>...};
+  using Value = decltype(detail::valueOf(result(std::declval<Call&>(), 0)));
+  const auto judge = [result](Trial& t) {
+    const RoundMode mode = t.call.constant("rndMode", RoundNear), scaleFactor = t.call.constant("scaleFactor", 0);
+    Status status = StatusOk;
+    for (int n = 0; n < t.call.shape().len; ++n) {
+      const auto r = result(t.call, n);
+      if (const Status s = detail::statusOf(r); s != StatusOk) status = s;
+      const auto got = loadElement<typename S::D>(t.results()[S::last].data(), n);
+      for (int k = 0; k < parts<typename S::D> && t.status() >= 0; ++k)
+        judgeNumber(t, n, part(got, k), part(detail::valueOf(r), k), mode, scaleFactor);
+    }
+    if (t.status() != status) t.fail("status ", t.status(), " instead of ", status);
   };
-  const Prototype& prototype = prototypeOf(reinterpret_cast<const void*>(function));
-  return {prototype.name,
-          &prototype,
-          operands(typename S::Operands()),
-          accumulates,
-          !std::is_same_v<decltype(part(std::declval<Value>(), 0)), Near>,
-          [result](const void* const* in, const void* out, int len, RoundMode mode, int scaleFactor) {
-            Verdict v;
-            for (int n = 0; n < len; ++n)
-              detail::judgeElement(result(in, n), loadElement<D>(out, n), n, mode, scaleFactor, v);
-            return v;
-          }};
+  return {&prototypeOf(function),
+          !std::is_same_v<decltype(part(std::declval<Value>(), 0)), Near>, judge};
 }
 
 template <class Reference, class... F>
 void checkExports(Reference reference, F... functions) {
-  static const std::vector<int> lengths = usualLengths();
-  (check(describe(reference, functions), lengths), ...);
+  (check(describe(reference, functions)), ...);
 }
 
 }  // namespace ovks::test

@@ -14,31 +14,23 @@ const ElementType* elementOf() {
   else return &elementType<T>;
 }
 
-template <class P>
-Parameter parameterOf(const std::string& text) {
-  static const std::regex shape("(?:const )?([A-Za-z0-9_]+)[ *]+([A-Za-z0-9_]+)");
-  std::smatch found;
-  if (!std::regex_match(text, found, shape)) std::abort();
-  using Pointed = std::remove_pointer_t<P>;
-  return {found[1], found[2], std::is_pointer_v<P>, std::is_const_v<Pointed>, elementOf<std::remove_cv_t<Pointed>>()};
-}
-
 template <class... P>
 void add(std::vector<Prototype>& all, const char* name, const std::string& text, Status (*function)(P...)) {
-  std::vector<std::string> parts;
-  for (std::size_t at = 0; at <= text.size();) {
-    const std::size_t end = std::min(text.find(',', at), text.size());
-    parts.push_back(text.substr(at, end - at));
-    at = std::min(text.find_first_not_of(' ', end + 1), text.size() + 1);
-  }
-  if (parts.size() != sizeof...(P)) std::abort();
+  static const std::regex shape("(?:const )?([A-Za-z0-9_]+)[ *]+([A-Za-z0-9_]+)");
+  std::sregex_iterator next(text.begin(), text.end(), shape);
+  const auto parameter = [&]<class T>(std::type_identity<T>) {
+    using Pointed = std::remove_pointer_t<T>;
+    const std::smatch found = *next++;
+    return Parameter{found[1], found[2], std::is_pointer_v<T>, std::is_const_v<Pointed>,
+                     elementOf<std::remove_cv_t<Pointed>>()};
+  };
   const auto call = [function](const Argument* a) {
     return [=]<std::size_t... k>(std::index_sequence<k...>) { return function(a[k].template as<P>()...); }
     (std::index_sequence_for<P...>());
   };
-  std::size_t next = 0;
-  const auto address = reinterpret_cast<const void*>(function);
-  all.push_back({name, std::vector<Parameter>{parameterOf<P>(parts[next++])...}, address, call});
+  const std::vector<Parameter> parameters{parameter(std::type_identity<P>())...};
+  if (next != std::sregex_iterator()) std::abort();
+  all.push_back({name, parameters, reinterpret_cast<const void*>(function), call});
 }
 
 // What returns something else is no working call.

@@ -53,7 +53,8 @@ struct Prototype {
   std::size_t find(std::string_view parameter) const;
   bool has(std::string_view parameter) const { return find(parameter) < parameters.size(); }
   bool startsWith(std::string_view prefix) const { return name.compare(0, prefix.size(), prefix) == 0; }
-  bool isInit() const { return name.find("Init_") != std::string::npos; }
+  bool nameHas(std::string_view part) const { return name.find(part) != std::string::npos; }
+  bool isInit() const { return nameHas("Init_"); }
   // The positions of vectors that the call reads, or writes, or both kinds.
   std::vector<std::size_t> vectors(bool sources, bool destinations) const;
   // The export that does out of place what this one does in place, or null.
@@ -63,5 +64,9 @@ struct Prototype {
 const std::vector<Prototype>& prototypes();
 const Prototype& prototype(std::string_view name);
 const Prototype& prototypeOf(const void* function);
+template <class... P>
+const Prototype& prototypeOf(Status (*function)(P...)) {
+  return prototypeOf(reinterpret_cast<const void*>(function));
+}
 
 }  // namespace ovks::test

@@ -47,7 +47,7 @@ struct Exact {
   friend Exact operator+(Exact a, Exact b) { return a.numerator + b.numerator; }
   friend Exact operator-(Exact a, Exact b) { return a.numerator - b.numerator; }
   friend Exact operator*(Exact a, Exact b) { return a.numerator * b.numerator; }
-  bool isZero() const { return numerator == 0; }
+  bool operator==(int zero) const { return numerator == zero; }
 
   // Times 2^-scaleFactor, rounded to an integer, saturated.
   template <class T>
@@ -64,30 +64,19 @@ struct Exact {
  private:
   __int128 rounded(int scaleFactor, RoundMode mode) const {
     using U = unsigned __int128;
-    constexpr U kHuge = U{1} << 100;
-    const bool negative = (numerator < 0) != (denominator < 0);
-    const U n = static_cast<U>(numerator < 0 ? -numerator : numerator);
-    const U d = static_cast<U>(denominator < 0 ? -denominator : denominator);
-    U whole = n / d, rest = n % d;
-    long long shift = exponent - scaleFactor;
-    if (n != 0 && scaleFactor < leastFactor) whole = kHuge;
-    for (; shift > 0 && n != 0 && whole < kHuge; --shift) {
-      whole = 2 * whole + (2 * rest >= d);
-      rest = 2 * rest >= d ? 2 * rest - d : 2 * rest;
-    }
-    int half = 2 * rest > d ? 1 : 2 * rest == d ? 0 : -1;  // the fraction beside one half
-    if (shift <= -128) {
-      whole = 0;
-      half = -1;
-    } else if (shift < 0) {
-      const U tie = U{1} << (-shift - 1), fraction = whole & (2 * tie - 1);
-      half = fraction > tie || (fraction == tie && rest) ? 1 : fraction == tie ? 0 : -1;
-      whole >>= -shift;
-    }
-    if (mode == RoundNear) whole += half > 0 || (half == 0 && whole % 2);
-    else if (mode != RoundZero) whole += half >= 0;
-    const auto magnitude = static_cast<__int128>(whole < kHuge ? whole : kHuge);
-    return negative ? -magnitude : magnitude;
+    U n = static_cast<U>(numerator < 0 ? -numerator : numerator);
+    U d = static_cast<U>(denominator < 0 ? -denominator : denominator);
+    long long shift = scaleFactor < leastFactor && n != 0 ? 1 << 10 : exponent - scaleFactor;
+    // From 2^64 on all results saturate, and below 1/2 all vanish.
+    for (; shift > 0 && n != 0 && n >> 64 < d; --shift) n *= 2;
+    for (; shift < 0 && d <= n; ++shift) d *= 2;
+    if (shift < 0) return 0;
+    U whole = n / d;
+    const U rest = n % d;
+    if (mode == RoundNear) whole += 2 * rest > d || (2 * rest == d && whole % 2);
+    else if (mode != RoundZero) whole += 2 * rest >= d;
+    const auto magnitude = static_cast<__int128>(whole);
+    return (numerator < 0) != (denominator < 0) ? -magnitude : magnitude;
   }
 };
 
@@ -104,7 +93,7 @@ struct Complex {
   friend Complex operator-(Complex a, Complex b) { return {a.re - b.re, a.im - b.im}; }
   friend Complex operator*(Complex a, Complex b) { return {a.re * b.re - a.im * b.im, a.re * b.im + a.im * b.re}; }
   friend Complex operator*(T a, Complex b) { return {a * b.re, a * b.im}; }
-  bool isZero() const { return re.isZero() && im.isZero(); }
+  bool operator==(int zero) const { return re == zero && im == zero; }
 };
 
 // A result that makes the call return a status; an error makes it write nothing.

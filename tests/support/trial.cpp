@@ -78,6 +78,12 @@ void Trial::outOfPlace() {
   for (std::size_t k = 0; k < results.size(); ++k) compare(results[k], other.bytes(twinResults[k]), "out of place");
 }
 
+void Trial::repeat() {
+  again();
+  for (const Overlap& overlap : permitted()) again(overlap);
+  outOfPlace();
+}
+
 std::vector<Overlap> Trial::permitted() const {
   const Prototype& p = call.prototype();
   std::vector<Overlap> found;
@@ -115,6 +121,17 @@ void Trial::compare(std::size_t k, const Bytes& got, const char* where) {
     return fail(q.name, '[', i / q.element->size, "] is ", q.element->text(&got[i]), ' ', where, ", else ",
                 q.element->text(&want[i]));
   }
+}
+
+void Trial::failAt(int n, const std::string& got, const std::string& want) {
+  if (!error_.empty()) return;
+  std::ostringstream operands;
+  for (const std::size_t k : call.prototype().vectors(true, false)) {
+    const ElementType& e = *call.prototype().parameters[k].element;
+    const std::size_t at = static_cast<std::size_t>(n) * e.size;
+    if (at < call.size(k)) operands << ' ' << e.text(&call.data(k)[at]);
+  }
+  fail("element ", n, " of", operands.str(), " is ", got, " instead of ", want);
 }
 
 std::string Trial::description() const {

@@ -30,6 +30,8 @@ class Trial {
   void again(Overlap overlap = {}, bool mayDiffer = false);
   // The same by the export that works out of place, if there is one.
   void outOfPlace();
+  // All of that, and wherever a destination may be a source.
+  void repeat();
   // Any call: what it may touch, leave behind and return.
   Status execute(Call& other);
   // Destinations that may be sources.
@@ -51,6 +53,9 @@ class Trial {
     (text << ... << what);
     error_ = text.str();
   }
+
+  // The same of an element of the result.
+  void failAt(int n, const std::string& got, const std::string& want);
 
   Call call;
   bool keepsFlags = false;  // whether the exceptions' flags must stay, too

@@ -2,13 +2,13 @@
 // Where the points of packed spectra stand.
 #pragma once
 
-#include <cstddef>
+#include "support/prototypes.hpp"
 
 namespace ovks::test {
 
 enum Layout { kPerm, kPack, kCcs };
 
-inline std::size_t realsOf(Layout layout, std::size_t n) { return layout == kCcs ? 2 * (n / 2 + 1) : n; }
+inline Layout layoutOf(const Prototype& p) { return p.nameHas("Perm") ? kPerm : p.nameHas("Pack") ? kPack : kCcs; }
 
 // Where X[k], 0 < k < n / 2, and X[n / 2] of an even length stand.
 inline std::size_t placeOf(Layout layout, std::size_t n, std::size_t k) {

@@ -50,22 +50,11 @@ TEST(Mul, AddedProducts) {
 }
 
 // Every tie and every limit of the factors that have code of their own.
-TEST(Mul, AllBytes) {
-  const auto [a, b] = allBytePairs();
-  for (int factor = -2; factor <= 17; ++factor)
-    checkOn(describe(kProduct, ovksMul_8u_Sfs), {a.data(), b.data()}, 1 << 16, RoundNear, factor);
-}
-
-TEST(Mul, AllShorts) {
-  const auto x = allShorts<std::int16_t>();
-  for (const std::int16_t c : {-32768, -32767, -16384, -192, -128, -1, 1, 3, 64, 128, 12345, 16384, 24576, 32767}) {
-    for (const int factor : {0, 1, 14, 15, 16, 30})
-      checkOn(describe(kProduct, ovksMulC_16s_Sfs), {x.data(), &c}, 1 << 16, RoundNear, factor);
-  }
-  for (int factor = 0; factor <= 33; ++factor) {
-    checkOn(describe(kSquare, ovksSqr_16s_Sfs), {x.data()}, 1 << 16, RoundNear, factor);
-    checkOn(describe(kSquare, ovksSqr_16u_Sfs), {x.data()}, 1 << 16, RoundNear, factor);
-  }
+TEST(Mul, AllBytesAndShorts) {
+  checkAll(describe(kProduct, ovksMul_8u_Sfs), -2, 17);
+  checkAll(describe(kProduct, ovksMulC_16s_Sfs), -1, 31);
+  checkAll(describe(kSquare, ovksSqr_16s_Sfs), 0, 33);
+  checkAll(describe(kSquare, ovksSqr_16u_Sfs), 0, 33);
 }
 
 }  // namespace
