@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Generators against the recurrence written out.
+// Generators against the recurrence written out, and their distributions.
 #include "support/trial.hpp"
 
 namespace ovks::test {
@@ -152,6 +152,42 @@ TEST(Random, RareBorrows) {
       for (const double got : numbers.next(1500)) ASSERT_EQ(got, engine.next()) << " after " << steps;
       ASSERT_EQ(std::memcmp(&numbers.state[40], &engine, sizeof engine), 0);
     }
+  }
+}
+
+// Sequences stay what they are from release to release.
+TEST(Random, GoldenValues) {
+  const auto u = Numbers(kUniform, 0.0f, 1.0f, 2024).next(1000);
+  const auto g = Numbers(kGauss, 0.0, 1.0, 2024).next(1000);
+  EXPECT_EQ((std::vector{u[0], u[1], u[2], u[999]}),
+            (std::vector{0x1.da5b26p-1f, 0x1.8fd0a8p-4f, 0x1.190a12p-3f, 0x1.3d79c8p-1f}));
+  EXPECT_EQ((std::vector{g[0], g[1], g[2], g[999]}),
+            (std::vector{-0x1.19a35e7fe628dp+0, -0x1.54ed0a3c9ecf6p-3, -0x1.b99238c4fd91ep-2, 0x1.2e1b0ea364d2fp+0}));
+}
+
+// An even distribution over [0, 1) of values, by Kolmogorov's and Smirnov's distance, and of their pairs over the
+// square, by chi-square: one in a thousand is farther off.
+void expectEven(std::vector<double> values) {
+  constexpr int kCells = 64, kSquares = kCells * kCells;
+  const double n = static_cast<double>(values.size()), expected = n / 2 / kSquares;
+  std::vector<int> counts(kSquares);
+  for (std::size_t i = 0; i < values.size(); i += 2)
+    ++counts[static_cast<std::size_t>(values[i] * kCells) * kCells + static_cast<std::size_t>(values[i + 1] * kCells)];
+  double chiSquare = 0, distance = 0;
+  for (const int count : counts) chiSquare += (count - expected) * (count - expected) / expected;
+  EXPECT_LT(std::fabs(chiSquare - (kSquares - 1)) / std::sqrt(2.0 * (kSquares - 1)), 3.3);
+  std::sort(values.begin(), values.end());
+  for (std::size_t i = 0; i < values.size(); ++i)
+    distance = std::fmax(distance, std::fabs(values[i] - (static_cast<double>(i) + 0.5) / n));
+  EXPECT_LT(std::sqrt(n) * distance, 1.95);
+}
+
+TEST(Random, Distributions) {
+  for (const uint32_t seed : {1u, 99u}) {
+    expectEven(Numbers(kUniform, 0.0, 1.0, seed).next(200000));
+    std::vector<double> z = Numbers(kGauss, 0.0, 1.0, seed).next(200000);
+    for (double& x : z) x = 0.5 * std::erfc(-x / std::sqrt(2));
+    expectEven(z);
   }
 }
 

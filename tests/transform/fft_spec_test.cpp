@@ -67,6 +67,17 @@ TEST(FftSpec, Sizes) {
   });
 }
 
+TEST(FftSpec, SizesOfLargeOrders) {
+  int sizes[3];
+  const auto specSize = [&](GetSize getSize, int order) {
+    return getSize(order, FFTNoDiv, AlgHintNone, &sizes[0], &sizes[1], &sizes[2]) == StatusOk ? sizes[0] : 0;
+  };
+  EXPECT_EQ(specSize(ovksFFTGetSize_C_32fc, 19), 2888640);
+  EXPECT_EQ(specSize(ovksFFTGetSize_C_32fc, 27), 673588224);
+  EXPECT_EQ(specSize(ovksFFTGetSize_C_32fc, 28), 1347167744);
+  EXPECT_EQ(specSize(ovksFFTGetSize_R_32f, 20), 2909120);
+}
+
 // The header's fields, as every reader of the object may expect them.
 template <class T>
 struct Header {
