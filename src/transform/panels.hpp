@@ -11,96 +11,51 @@
 #pragma once
 
 #include "core/streaming.hpp"
-#include "transform/columns.hpp"
-#include "transform/spec.hpp"
+#include "transform/panel_plan.hpp"
 
 namespace ovks::fft {
 
-// Where vector v of a tile's first row stands, in vectors: at first + v * vector.
+// Where a panel lies in memory: vector v of its row g L + l is l * lane + v * tiles[g].vector on from tiles[g].first.
 struct PanelTile {
   std::ptrdiff_t first, vector;
 };
+// Rows asked for before they are read.
+inline constexpr int kRowsAhead = 4;
 
-// Less of a row would waste what memory gives with one access, more would make panels larger than the second cache.
-inline constexpr int kPanelRowBytes = 256;
+template <class In>
+struct PanelSource {
+  In in;
+  const PanelTile* tiles;
+  std::ptrdiff_t lane;
 
-template <class T>
-struct PanelPlan {
-  static constexpr int kMaxTiles = (1 << (kMaxPanelOrder<T> + 1) / 2) / kLanes<T>;
-
-  int bits1, bits2;
-  std::ptrdiff_t n1, n2, folds;       // folds = N2 / N1
-  std::ptrdiff_t vectors1, vectors2;  // of a row of N1 points, and of N2
-  std::ptrdiff_t wide;                // vectors of a panel's row
-  Passes passes1, passes2;
-  std::ptrdiff_t fine, columns1, columns2;  // where the twiddles are, in elements; the coarse come first
-
-  constexpr explicit PanelPlan(int order)
-      : bits1(order / 2),
-        bits2(order - bits1),
-        n1(std::ptrdiff_t{1} << bits1),
-        n2(std::ptrdiff_t{1} << bits2),
-        folds(n2 / n1),
-        vectors1(n1 / kLanes<T>),
-        vectors2(n2 / kLanes<T>),
-        wide(kPanelRowBytes / (2 * kVectorBytes)),
-        passes1(panelPasses(bits1)),
-        passes2(panelPasses(bits2)),
-        fine(2 * vectors1 * n2),
-        columns1(fine + 2 * kLanes<T> * n2),
-        columns2(columns1 + 2 * n1) {}
-
-  // The last of radix 8.
-  static constexpr Passes panelPasses(int bits) {
-    Passes p;
-    for (; bits % 3 != 0; bits -= p.bits[p.count - 1]) p.add(kAvx512 ? 4 : 2);
-    for (; bits > 0; bits -= 3) p.add(3);
-    return p;
+  OVKS_INLINE In at(std::ptrdiff_t g, std::ptrdiff_t l, std::ptrdiff_t v) const {
+    return in.from(tiles[g].first + v * tiles[g].vector + l * lane);
   }
+  OVKS_INLINE void prefetch(std::ptrdiff_t g, std::ptrdiff_t l, std::ptrdiff_t v) const { at(g, l, v).prefetch(0); }
 };
 
-// Whether twiddles and panels of all orders find room.
-template <class T>
-constexpr bool panelsFit() {
-  for (int order = kMinPanelOrder; order <= kMaxPanelOrder<T>; ++order) {
-    const PanelPlan<T> plan(order);
-    const Sizes sizes = complexSizes<T>(order);
-    if ((plan.columns2 + 2 * plan.n2) * int64_t{sizeof(T)} > sizes.twiddles) return false;
-    if (plan.n2 * plan.wide * 2 * kVectorBytes > sizes.work) return false;
-    if (plan.passes1.bits[plan.passes1.count - 1] != 3 || plan.passes2.bits[plan.passes2.count - 1] != 3) return false;
-  }
-  return true;
-}
-static_assert(panelsFit<float>() && panelsFit<double>());
-
-// The columns' first pass, from memory into a panel: row g L + l stands l * lane on from tiles[g].
+// The columns' first pass, from memory into a panel.
 template <Direction D, int R, class In, class V>
-[[gnu::noinline]] void panelPass(In in, const PanelTile* tiles, std::ptrdiff_t lane, std::ptrdiff_t rows,
-                                 std::ptrdiff_t wide, Rows<V> panel) {
+[[gnu::noinline]] void panelPass(PanelSource<In> source, std::ptrdiff_t rows, std::ptrdiff_t wide, Rows<V> panel) {
   constexpr std::ptrdiff_t L = lanes<V>;
   const std::ptrdiff_t n = rows / R;
   for (std::ptrdiff_t i = 0; i < n; ++i) {
     for (std::ptrdiff_t v = 0; v < wide; ++v, panel = panel.from(1)) {
-      const In from = in.from(i % L * lane);
-      const auto place = [&](auto j) __attribute__((always_inline)) {
-        const PanelTile& tile = tiles[i / L + j * (n / L)];
-        return tile.first + v * tile.vector;
-      };
       // The processor does not see which rows are to follow.
-      unroll<R>([&](auto j) __attribute__((always_inline)) { from.prefetch(place(j) + 2 * lane); });
+      unroll<R>([&](auto j)
+                    __attribute__((always_inline)) { source.prefetch(i / L + j * (n / L), i % L + kRowsAhead, v); });
       butterfly<D, R>(
-          [&](auto j) __attribute__((always_inline)) { return from.get(place(j)); },
+          [&](auto j) __attribute__((always_inline)) { return source.at(i / L + j * (n / L), i % L, v).get(0); },
           [&](auto k, Complex<V> x)
               __attribute__((always_inline)) { panel.put(bitReversed(k, log2OfPower(R)) * (n * wide), x); });
     }
   }
 }
 template <Direction D, class In, class V>
-void panelPass(int bits, In in, const PanelTile* tiles, std::ptrdiff_t lane, std::ptrdiff_t rows, std::ptrdiff_t wide,
-               Rows<V> panel) {
-  if (bits == 2) panelPass<D, 4>(in, tiles, lane, rows, wide, panel);
-  else if (bits == 3) panelPass<D, 8>(in, tiles, lane, rows, wide, panel);
-  else panelPass<D, 16>(in, tiles, lane, rows, wide, panel);
+void panelPass(int bits, PanelSource<In> source, std::ptrdiff_t rows, std::ptrdiff_t wide, Rows<V> panel) {
+  if (bits == 2) panelPass<D, 4>(source, rows, wide, panel);
+  else if (bits == 3) panelPass<D, 8>(source, rows, wide, panel);
+  else panelPass<D, 16>(source, rows, wide, panel);
 }
 
 // Twiddles exp(-2 pi i k1 n2 / N) for the L numbers k1 of vector t and number l of the n2 of vector g: a product of
@@ -126,20 +81,22 @@ OVKS_INLINE std::ptrdiff_t reversedBits(const int32_t* bitReversal, int order, s
   return bitReversal[i] >> (order - 1 - bits);
 }
 
-// Columns g L + 0 ... L - 1 of a panel that begins with them, turned and transposed: vector t of row l goes to
-// t * outVector + l * outRow.
-template <Direction D, class Order, class V, class Out>
+// Columns g L + 0 ... L - 1, a panel's vectors v, turned and transposed: vector t of row l goes to
+// t * outVector + l * outRow. Meanwhile memory is asked for the next panel.
+template <Direction D, class Order, class V, class In, class Out>
 [[gnu::noinline]] void transposePanel(const Job<Lane<V>>& job, const PanelPlan<Lane<V>>& plan, Rows<V> panel,
-                                      std::ptrdiff_t g, Out out, std::ptrdiff_t outVector, std::ptrdiff_t outRow) {
+                                      std::ptrdiff_t v, PanelSource<In> next, std::ptrdiff_t g, Out out,
+                                      std::ptrdiff_t outVector, std::ptrdiff_t outRow) {
   constexpr int L = lanes<V>, kLaneBits = log2OfPower(L);
   const PanelTwiddles<V> twiddles = {job.twiddles, job.twiddles + plan.fine, plan.vectors1};
   const std::ptrdiff_t step = plan.vectors1 * plan.wide;
   for (std::ptrdiff_t t = 0; t < plan.vectors1; ++t) {
-    const Rows<V> tile = panel.from(reversedBits(job.bitReversal, job.order, t, plan.bits1 - kLaneBits) * plan.wide);
-    const Strided<L, Rows<V>> rows(tile, step);
+    const std::ptrdiff_t tile = reversedBits(job.bitReversal, job.order, t, plan.bits1 - kLaneBits);
+    const Strided<L, Rows<V>> rows(panel.from(tile * plan.wide + v), step);
     const auto row = [&](auto r) __attribute__((always_inline)) {
       return rows(Index<bitReversed(Order::template lane<V>(r), kLaneBits)>{});
     };
+    for (int l = 0; l < L; ++l) next.prefetch(t, l, v);
     // In place the next tile's rows are as far apart.
     if (outVector != 1)
       for (int l = 0; l < L; ++l) out.prefetch((t + 1) * outVector + l * outRow);
@@ -157,6 +114,7 @@ template <Direction D, class Order, class V, class Out>
 // n2 = g L + l and t L + l stand in each other's places.
 template <Direction D, class V, class Points, class Out>
 void firstSweep(const Job<Lane<V>>& job, const PanelPlan<Lane<V>>& plan, Points src, Out out, bool inPlace) {
+  using In = PointRows<V, Points>;
   const Rows<V> panel = rowsIn<V>(OneArray<Lane<V>>{job.work});
   const Columns<D, Rows<V>> columns(plan.passes1, job.twiddles + plan.columns1);
   const int bits = plan.passes1.bits[0];
@@ -164,12 +122,14 @@ void firstSweep(const Job<Lane<V>>& job, const PanelPlan<Lane<V>>& plan, Points 
   PanelTile tiles[PanelPlan<Lane<V>>::kMaxTiles];
   for (std::ptrdiff_t t = 0; t < plan.vectors1; ++t) tiles[t] = {t * tile, 1};
   for (std::ptrdiff_t first = 0; first < plan.vectors2; first += plan.wide) {
-    panelPass<D>(bits, PointRows<V, Points>{src}.from(first), tiles, row, plan.n1, plan.wide, panel);
+    const PanelSource<In> source = {In{src}.from(first), tiles, row},
+                          next = {In{src}.from(first + plan.wide), tiles, row};
+    panelPass<D>(bits, source, plan.n1, plan.wide, panel);
     columns.run(1, panel, plan.n1 * plan.wide >> bits, 0, blocks, blocks);
     for (std::ptrdiff_t v = 0; v < plan.wide; ++v) {
       const std::ptrdiff_t g = first + v, to = g % plan.vectors1 * tile + g / plan.vectors1 * plan.vectors1;
-      if (inPlace) transposePanel<D, typename Points::Order>(job, plan, panel.from(v), g, out.from(g), tile, row);
-      else transposePanel<D, typename Points::Order>(job, plan, panel.from(v), g, out.from(to), 1, row);
+      if (inPlace) transposePanel<D, typename Points::Order>(job, plan, panel, v, next, g, out.from(g), tile, row);
+      else transposePanel<D, typename Points::Order>(job, plan, panel, v, next, g, out.from(to), 1, row);
     }
   }
 }
@@ -191,14 +151,18 @@ template <class T, class RowSet>
   const std::ptrdiff_t n = plan.vectors1, end = panel + plan.wide, tile = kLanes<T> * plan.vectors2;
   for (std::ptrdiff_t g = end; g < n; ++g)
     for (std::ptrdiff_t i = 0; i < tile; i += n)
-      for (std::ptrdiff_t t = panel; t < end; ++t) rows.put(t * tile + i + g, rows.get(g * tile + i + t));
+      for (std::ptrdiff_t t = panel; t < end; ++t) {
+        rows.prefetch((g + 2) * tile + i + t);
+        rows.put(t * tile + i + g, rows.get(g * tile + i + t));
+      }
 }
 
 // The last pass, on n blocks of 8 rows of the panel from the given one on: spectrum point k of the columns is row k of
-// the points, to which `first` and on are the panel's columns.
-template <Direction D, bool scale, class V, class Points>
+// the points, to which `first` and on are the panel's columns. Meanwhile memory is asked for the next panel.
+template <Direction D, bool scale, class V, class In, class Points>
 [[gnu::noinline]] void lastPanelPass(const Job<Lane<V>>& job, const PanelPlan<Lane<V>>& plan, Rows<V> panel,
-                                     std::ptrdiff_t block, std::ptrdiff_t n, Points dst, std::ptrdiff_t first) {
+                                     PanelSource<In> next, std::ptrdiff_t block, std::ptrdiff_t n, Points dst,
+                                     std::ptrdiff_t first) {
   const std::ptrdiff_t blocks = plan.n2 / 8;
   const Lane<V>* w = job.twiddles + plan.columns2 + columnTwiddles(blocks, plan.passes2.bits[0]) + block * 2 * 7;
   const V f = splat<V>(job.factor);
@@ -206,11 +170,12 @@ template <Direction D, bool scale, class V, class Points>
     const std::ptrdiff_t k = reversedBits(job.bitReversal, job.order, block, plan.bits2 - 3);
     for (std::ptrdiff_t v = 0; v < plan.wide; ++v) {
       const Rows<V> from = panel.from(block * 8 * plan.wide + v);
+      for (int j = 0; j < 8; ++j) next.prefetch(block * 8 / lanes<V>, block * 8 % lanes<V> + j, v);
       // Rows of the next block: stores to where no cache line is would wait for it.
       if constexpr (Points::kVia == Via::caches) {
-        const std::ptrdiff_t next = reversedBits(job.bitReversal, job.order, block + 1, plan.bits2 - 3);
+        const std::ptrdiff_t then = reversedBits(job.bitReversal, job.order, block + 1, plan.bits2 - 3);
         for (int j = 0; j < 8; ++j)
-          dst.template prefetch<V>(((next + j * blocks) * plan.vectors1 + first + v) * lanes<V>);
+          dst.template prefetch<V>(((then + j * blocks) * plan.vectors1 + first + v) * lanes<V>);
       }
       butterfly<D, 8>(
           [&](auto j) __attribute__((always_inline)) {
@@ -235,14 +200,16 @@ void secondSweep(const Job<Lane<V>>& job, const PanelPlan<Lane<V>>& plan, RowSet
   const int bits = passes.bits[0];
   const std::ptrdiff_t blocks = std::ptrdiff_t{1} << bits, m = plan.n2 * plan.wide >> bits, last = plan.n2 / 8 >> bits;
   PanelTile tiles[PanelPlan<Lane<V>>::kMaxTiles];
+  const PanelSource<RowSet> source = {rows, tiles, plan.vectors2};
+  findTiles(plan, 0, inPlace, tiles);
   for (std::ptrdiff_t first = 0; first < plan.vectors1; first += plan.wide) {
-    findTiles(plan, first, inPlace, tiles);
-    panelPass<D>(bits, rows, tiles, plan.vectors2, plan.n2, plan.wide, panel);
+    panelPass<D>(bits, source, plan.n2, plan.wide, panel);
     if (inPlace) vacate(plan, first, rows);
+    findTiles(plan, first + plan.wide, inPlace, tiles);
     for (std::ptrdiff_t b = 0; b < blocks; ++b) {
       columns.run(1, panel.from(b * m), m, b, 1, blocks);
-      if (job.scale) lastPanelPass<D, true>(job, plan, panel, b * last, last, dst, first);
-      else lastPanelPass<D, false>(job, plan, panel, b * last, last, dst, first);
+      if (job.scale) lastPanelPass<D, true>(job, plan, panel, source, b * last, last, dst, first);
+      else lastPanelPass<D, false>(job, plan, panel, source, b * last, last, dst, first);
     }
   }
 }

@@ -23,10 +23,11 @@ inline constexpr int kMaxInCacheOrder = sizeof(T) == 4 ? 18 : 17;
 // over memory by them. Others work in the destination itself.
 template <class T>
 inline constexpr int kMaxPanelOrder = kMaxInCacheOrder<T> + 4;
-inline constexpr int kMinPanelOrder = 20;
+template <class T>
+inline constexpr int kMinPanelOrder = sizeof(T) == 4 ? 20 : 19;
 template <class T>
 constexpr bool takesPanels(int order) {
-  return order >= kMinPanelOrder && order <= kMaxPanelOrder<T>;
+  return order >= kMinPanelOrder<T> && order <= kMaxPanelOrder<T>;
 }
 
 template <class T>

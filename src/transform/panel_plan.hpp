@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+// How a transform in panels is laid out: its matrix, its panels, its passes, and where its twiddles are.
+#pragma once
+
+#include "transform/columns.hpp"
+#include "transform/spec.hpp"
+
+namespace ovks::fft {
+
+// Less of a row would waste what memory gives with one access, more would make panels larger than the second cache.
+inline constexpr int kPanelRowBytes = 256;
+
+template <class T>
+struct PanelPlan {
+  static constexpr int kMaxTiles = (1 << (kMaxPanelOrder<T> + 1) / 2) / kLanes<T>;
+
+  int bits1, bits2;
+  std::ptrdiff_t n1, n2, folds;       // folds = N2 / N1
+  std::ptrdiff_t vectors1, vectors2;  // of a row of N1 points, and of N2
+  std::ptrdiff_t wide;                // vectors of a panel's row
+  Passes passes1, passes2;
+  std::ptrdiff_t fine, columns1, columns2;  // where the twiddles are, in elements; the coarse come first
+
+  constexpr explicit PanelPlan(int order)
+      : bits1(order / 2),
+        bits2(order - bits1),
+        n1(std::ptrdiff_t{1} << bits1),
+        n2(std::ptrdiff_t{1} << bits2),
+        folds(n2 / n1),
+        vectors1(n1 / kLanes<T>),
+        vectors2(n2 / kLanes<T>),
+        wide(kPanelRowBytes / (2 * kVectorBytes)),
+        passes1(panelPasses(bits1)),
+        passes2(panelPasses(bits2)),
+        fine(2 * vectors1 * n2),
+        columns1(fine + 2 * kLanes<T> * n2),
+        columns2(columns1 + 2 * n1) {}
+
+  // The last of radix 8.
+  static constexpr Passes panelPasses(int bits) {
+    Passes p;
+    for (; bits % 3 != 0; bits -= p.bits[p.count - 1]) p.add(kAvx512 ? 4 : 2);
+    for (; bits > 0; bits -= 3) p.add(3);
+    return p;
+  }
+};
+
+// Whether twiddles and panels of all orders find room.
+template <class T>
+constexpr bool panelsFit() {
+  for (int order = kMinPanelOrder<T>; order <= kMaxPanelOrder<T>; ++order) {
+    const PanelPlan<T> plan(order);
+    const Sizes sizes = complexSizes<T>(order);
+    if ((plan.columns2 + 2 * plan.n2) * int64_t{sizeof(T)} > sizes.twiddles) return false;
+    if (plan.n2 * plan.wide * 2 * kVectorBytes > sizes.work) return false;
+    if (plan.passes1.bits[plan.passes1.count - 1] != 3 || plan.passes2.bits[plan.passes2.count - 1] != 3) return false;
+  }
+  return true;
+}
+static_assert(panelsFit<float>() && panelsFit<double>());
+
+}  // namespace ovks::fft
