@@ -85,10 +85,16 @@ OVKS_INLINE std::ptrdiff_t reverseTile(const int32_t* bitReversal, std::ptrdiff_
   return bitReversal[g] >> (2 * log2OfPower(lanes<V>) - 1);
 }
 
-// The rows of a tile that is to follow.
-template <class V>
-OVKS_INLINE void prefetchTile(Rows<V> tile, std::ptrdiff_t step) {
-  for (int j = 0; j < lanes<V>; ++j) tile.from(j * step).prefetchNear(0);
+// All tiles in turn; of the next, which the processor does not see coming, the rows are asked for if wanted.
+template <bool askAhead, class V, class Close>
+OVKS_INLINE void forTiles(Rows<V> rows, std::ptrdiff_t m, const int32_t* bitReversal, Close close) {
+  constexpr int L = lanes<V>;
+  for (std::ptrdiff_t g = 0; g < m / L; ++g) {
+    if constexpr (askAhead)
+      if (g + 1 < m / L)
+        for (int j = 0; j < L; ++j) rows.from(reverseTile<V>(bitReversal, g + 1) + j * (m / L)).prefetchNear(0);
+    close(g, rows.from(reverseTile<V>(bitReversal, g)));
+  }
 }
 
 // Takes the spectra of a tile: step j goes to first + j * step.
@@ -104,21 +110,17 @@ template <Direction D, bool scale, class V, class Twiddles, class Points>
 [[gnu::noinline]] void closingPass(Rows<V> rows, Points dst, std::ptrdiff_t m, Twiddles twiddles,
                                    const int32_t* bitReversal, Lane<V> factor) {
   constexpr int L = lanes<V>;
-  for (std::ptrdiff_t g = 0; g < m / L; ++g) {
-    if constexpr (Twiddles::kFew)
-      if (g + 1 < m / L) prefetchTile(rows.from(reverseTile<V>(bitReversal, g + 1)), m / L);
-    closeTile<D, scale, typename Points::Order>(rows.from(reverseTile<V>(bitReversal, g)), m / L, g, twiddles, factor,
-                                                to<V>(dst, g * L, m));
-  }
+  forTiles<Twiddles::kFew>(
+      rows, m, bitReversal, [&](std::ptrdiff_t g, Rows<V> tile) __attribute__((always_inline)) {
+        closeTile<D, scale, typename Points::Order>(tile, m / L, g, twiddles, factor, to<V>(dst, g * L, m));
+      });
 }
 
 // Whether a tile's stores into two arrays crowd the sets of the first cache: steps of its spectrum are memory pages
 // apart, or half of one, and both arrays share their offset within pages. Lines then leave before they are written.
 template <class V>
 bool crowdSets(Split<Lane<V>> dst, std::ptrdiff_t m) {
-  constexpr uintptr_t kPage = 4096, kNear = 64;
-  const uintptr_t apart = reinterpret_cast<uintptr_t>(dst.re) - reinterpret_cast<uintptr_t>(dst.im);
-  return m * 2 * sizeof(V) >= 16 * kPage && (apart + kNear) % kPage <= 2 * kNear;
+  return m * std::ptrdiff_t{2 * sizeof(V)} >= 16 * kPageBytes && sharePageOffset(dst);
 }
 
 // Into such arrays, the imaginary parts of several tiles at a time, so that they come as runs.
@@ -128,22 +130,16 @@ template <Direction D, bool scale, class V, class Twiddles>
                                        const int32_t* bitReversal, Lane<V> factor) {
   constexpr int L = lanes<V>, W = kHeldTiles;
   alignas(64) Lane<V> held[L * W * L];
-  for (std::ptrdiff_t g = 0; g < m / L; ++g) {
-    if constexpr (Twiddles::kFew)
-      if (g + 1 < m / L) prefetchTile(rows.from(reverseTile<V>(bitReversal, g + 1)), m / L);
-    Lane<V>* const h = held + g % W * L;
-    closeTile<D, scale, InOrder>(
-        rows.from(reverseTile<V>(bitReversal, g)), m / L, g, twiddles,
-        factor, [&](auto j, Complex<V> x) __attribute__((always_inline)) {
-          store(dst.re + g * L + j * m, x.re);
-          store(h + j * (W * L), x.im);
-        });
-    if (g % W < W - 1) continue;
-    for (int j = 0; j < L; ++j)
-      unroll<W>([&](auto t) __attribute__((always_inline)) {
-        store(dst.im + (g - (W - 1) + t) * L + j * m, load<V>(held + (j * W + t) * L));
+  forTiles<Twiddles::kFew>(
+      rows, m, bitReversal, [&](std::ptrdiff_t g, Rows<V> tile) __attribute__((always_inline)) {
+        Lane<V>* const h = held + g % W * L;
+        closeTile<D, scale, InOrder>(
+            tile, m / L, g, twiddles, factor, [&](auto j, Complex<V> x) __attribute__((always_inline)) {
+              store(dst.re + g * L + j * m, x.re);
+              store(h + j * (W * L), x.im);
+            });
+        if (g % W == W - 1) release<L, W, V>(dst.im + (g - (W - 1)) * L, m, held);
       });
-  }
 }
 
 // The rows of two tiles: they lie too far apart for the processor to see them coming.
@@ -156,14 +152,15 @@ OVKS_INLINE void prefetchPair(RowSet rows, std::ptrdiff_t step, std::ptrdiff_t g
 }
 
 // In place: the points dst are the rows. Tiles change places in pairs.
-template <Direction D, bool scale, class V, class Twiddles, class Points>
-[[gnu::noinline]] void closingPassInPlace(Points dst, std::ptrdiff_t m, Twiddles twiddles, const int32_t* bitReversal,
-                                          Lane<V> factor) {
-  using T = Lane<V>;
+template <Direction D, bool scale, class RowSet, class Twiddles, class Points, class V = typename RowSet::Vector>
+[[gnu::noinline]] void closingPassInPlace(RowSet rows, Points dst, std::ptrdiff_t m, Twiddles twiddles,
+                                          const int32_t* bitReversal, Lane<V> factor) {
   constexpr int L = lanes<V>;
-  const auto rows = rowsIn<V>(dst);
-  alignas(64) T scratch[2 * L * L];
-  const Split<T> held = {scratch, scratch + L * L};
+  alignas(64) Lane<V> scratch[(RowSet::kHeld ? 4 : 2) * L * L];
+  const Split<Lane<V>> held = {scratch, scratch + L * L};
+  const auto close = [&](std::ptrdiff_t from, std::ptrdiff_t g, auto out) __attribute__((always_inline)) {
+    closeTile<D, scale, typename Points::Order>(rows.from(from), m / L, g, twiddles, factor, out);
+  };
   const auto nextPair = [&](std::ptrdiff_t g) {
     while (++g < m / L && reverseTile<V>(bitReversal, g) < g) {
     }
@@ -174,12 +171,21 @@ template <Direction D, bool scale, class V, class Twiddles, class Points>
     next = nextPair(g);
     if (next < m / L) prefetchPair(rows, m / L, next, reverseTile<V>(bitReversal, next));
     if (r == g) {
-      closeTile<D, scale, typename Points::Order>(rows.from(g), m / L, g, twiddles, factor, to<V>(dst, g * L, m));
+      close(g, g, to<V>(dst, g * L, m));
       continue;
     }
-    closeTile<D, scale, typename Points::Order>(rows.from(r), m / L, g, twiddles, factor, to<V>(held, 0, L));
-    closeTile<D, scale, typename Points::Order>(rows.from(g), m / L, r, twiddles, factor, to<V>(dst, r * L, m));
-    for (int j = 0; j < L; ++j) dst.put(g * L + j * m, held.template get<V>(j * L));
+    close(r, g, to<V>(held, 0, L));
+    if constexpr (RowSet::kHeld) {
+      const Split<Lane<V>> other = {scratch + 2 * L * L, scratch + 3 * L * L};
+      close(g, r, to<V>(other, 0, L));
+      release<L, 1, V>(dst.re + r * L, m, other.re);
+      release<L, 1, V>(dst.re + g * L, m, held.re);
+      release<L, 1, V>(dst.im + r * L, m, other.im);
+      release<L, 1, V>(dst.im + g * L, m, held.im);
+    } else {
+      close(g, r, to<V>(dst, r * L, m));
+      for (int j = 0; j < L; ++j) dst.put(g * L + j * m, held.template get<V>(j * L));
+    }
   }
 }
 

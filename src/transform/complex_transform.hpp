@@ -80,22 +80,27 @@ void firstTwoPasses(Points src, RowSet dst, std::ptrdiff_t m, const Lane<V>* twi
   }
 }
 
-template <Direction D, class V, class Points>
-void large(const Job<Lane<V>>& job, Points src, Points dst) {
+template <Direction D, class V, class Points, class RowSet>
+void large(const Job<Lane<V>>& job, Points src, Points dst, RowSet rows) {
   using T = Lane<V>;
   const std::ptrdiff_t m = (std::ptrdiff_t{1} << job.order) / lanes<V>;
   const Passes& passes = passesOf<T>(job.order);
   const TwiddleLayout<T> layout(job.order);
   const T* columns = job.twiddles + layout.columns;
-  const auto rows = rowsIn<V>(dst);
   const int outer = outerBits<T>(job.order);
   if (outer == 4) firstPass<D, 16>(PointRows<V, Points>{src}, rows, m);
   else firstTwoPasses<D, V>(src, rows, m, columns, job.work);
   const std::ptrdiff_t blocks = std::ptrdiff_t{1} << outer;
-  Columns<D, decltype(rowsIn<V>(dst))>(passes, columns).run(outer / 4, rows, m >> outer, 0, blocks, blocks);
+  Columns<D, RowSet>(passes, columns).run(outer / 4, rows, m >> outer, 0, blocks, blocks);
   const TileTwiddleProducts<V> twiddles = {job.twiddles + layout.tiles, job.twiddles};
-  if (job.scale) closingPassInPlace<D, true, V>(dst, m, twiddles, job.bitReversal, job.factor);
-  else closingPassInPlace<D, false, V>(dst, m, twiddles, job.bitReversal, T(1));
+  if (job.scale) closingPassInPlace<D, true>(rows, dst, m, twiddles, job.bitReversal, job.factor);
+  else closingPassInPlace<D, false>(rows, dst, m, twiddles, job.bitReversal, T(1));
+}
+template <Direction D, class V, class Points>
+void large(const Job<Lane<V>>& job, Points src, Points dst) {
+  if constexpr (std::is_same_v<Points, Split<Lane<V>>>)
+    if (sharePageOffset(dst)) return large<D, V>(job, src, dst, SplitRows<V, Via::caches, true>{{dst.re, dst.im}});
+  large<D, V>(job, src, dst, rowsIn<V>(dst));
 }
 
 // src and dst may be the same.

@@ -7,8 +7,10 @@
 
 namespace ovks::fft {
 
-// Less of a row would waste what memory gives with one access, more would make panels larger than the second cache.
+// Less of a row would waste what memory gives with one access. Twice as much pays where two arrays share their offset
+// within pages, so that lines of few sets hold a panel, as long as it fits half of a second cache of 1 MiB.
 inline constexpr int kPanelRowBytes = 256;
+inline constexpr std::ptrdiff_t kMaxWidePanel = 512 * 1024;
 
 template <class T>
 struct PanelPlan {
@@ -21,7 +23,7 @@ struct PanelPlan {
   Passes passes1, passes2;
   std::ptrdiff_t fine, columns1, columns2;  // where the twiddles are, in elements; the coarse come first
 
-  constexpr explicit PanelPlan(int order)
+  constexpr explicit PanelPlan(int order, bool sharedOffset = false)
       : bits1(order / 2),
         bits2(order - bits1),
         n1(std::ptrdiff_t{1} << bits1),
@@ -29,12 +31,16 @@ struct PanelPlan {
         folds(n2 / n1),
         vectors1(n1 / kLanes<T>),
         vectors2(n2 / kLanes<T>),
-        wide(kPanelRowBytes / (2 * kVectorBytes)),
+        wide(rowBytes(sharedOffset) / (2 * kVectorBytes)),
         passes1(panelPasses(bits1)),
         passes2(panelPasses(bits2)),
         fine(2 * vectors1 * n2),
         columns1(fine + 2 * kLanes<T> * n2),
         columns2(columns1 + 2 * n1) {}
+
+  constexpr std::ptrdiff_t rowBytes(bool sharedOffset) const {
+    return sharedOffset && 2 * kPanelRowBytes * n2 <= kMaxWidePanel ? 2 * kPanelRowBytes : kPanelRowBytes;
+  }
 
   // The last of radix 8.
   static constexpr Passes panelPasses(int bits) {
@@ -49,7 +55,7 @@ struct PanelPlan {
 template <class T>
 constexpr bool panelsFit() {
   for (int order = kMinPanelOrder<T>; order <= kMaxPanelOrder<T>; ++order) {
-    const PanelPlan<T> plan(order);
+    const PanelPlan<T> plan(order, true);
     const Sizes sizes = complexSizes<T>(order);
     if ((plan.columns2 + 2 * plan.n2) * int64_t{sizeof(T)} > sizes.twiddles) return false;
     if (plan.n2 * plan.wide * 2 * kVectorBytes > sizes.work) return false;

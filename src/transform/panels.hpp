@@ -217,7 +217,7 @@ void secondSweep(const Job<Lane<V>>& job, const PanelPlan<Lane<V>>& plan, RowSet
 // src and dst may be the same.
 template <Direction D, class V, class Points>
 void inPanels(const Job<Lane<V>>& job, Points src, Points dst) {
-  const PanelPlan<Lane<V>> plan(job.order);
+  const PanelPlan<Lane<V>> plan(job.order, sharePageOffset(src) || sharePageOffset(dst));
   const auto rows = rowsIn<V>(dst);
   const bool inPlace = haveSameArray(src, dst);
   const auto sweep = [&](auto rowsOut, auto pointsOut) {

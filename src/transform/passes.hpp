@@ -42,22 +42,54 @@ OVKS_INLINE Complex<V> turnBy(Complex<V> x, const Lane<V>* w) {
   else return {fma(x.re, c, x.im * s), fma(x.im, c2, -(x.re * s2))};
 }
 
-// n butterflies of radix R side by side: points j at rows j * inStep on from in, spectrum in bit-reversed order at
-// rows j * outStep on from out. w holds R - 1 twiddles; the first pass has none.
+// The butterfly of radix R on points j at rows j * step on from in, each result given to put(Index<row>, x): the
+// spectrum's order is bit-reversed. w holds R - 1 twiddles; the first pass has none.
+template <Direction D, int R, bool twiddles, class V, class In, class Put>
+OVKS_INLINE void butterflyOfRows(In in, std::ptrdiff_t step, const Lane<V>* w, Put put) {
+  const Strided<R, In> from(in, step);
+  butterfly<D, R>(
+      [&](auto j) __attribute__((always_inline)) {
+        const Complex<V> x = from(j).get(0);
+        if constexpr (twiddles && decltype(j)::value > 0) return turnBy<D>(x, w + 2 * (j - 1));
+        else return x;
+      },
+      [&](auto k, Complex<V> x) __attribute__((always_inline)) { put(Index<bitReversed(k, log2OfPower(R))>{}, x); });
+}
+
+// n runs of W vectors that have been held back, to places a step apart.
+template <int n, int W, class V>
+OVKS_INLINE void release(Lane<V>* to, std::ptrdiff_t step, const Lane<V>* held) {
+  for (int i = 0; i < n; ++i)
+    unroll<W>([&](auto t) __attribute__((always_inline)) {
+      store(to + i * step + t * lanes<V>, load<V>(held + (i * W + t) * lanes<V>));
+    });
+}
+inline constexpr int kHeldButterflies = 4;
+
+// n butterflies side by side, to rows j * outStep on from out.
 template <Direction D, int R, bool twiddles, class In, class Out>
 OVKS_INLINE void butterflies(In in, std::ptrdiff_t inStep, Out out, std::ptrdiff_t outStep, std::ptrdiff_t n,
                              const Lane<typename Out::Vector>* w) {
-  using X = Complex<typename Out::Vector>;
+  using V = typename Out::Vector;
+  if constexpr (Out::kHeld) {
+    constexpr int L = lanes<V>, W = kHeldButterflies;
+    alignas(64) Lane<V> held[R * W * L];
+    for (; n >= W; n -= W, out = out.from(W)) {
+      for (int t = 0; t < W; ++t, in = in.from(1)) {
+        const Strided<R, Out> to(out.from(t), outStep);
+        butterflyOfRows<D, R, twiddles, V>(
+            in, inStep, w, [&](auto row, Complex<V> x) __attribute__((always_inline)) {
+              store(to(row).re, x.re);
+              store(held + (row * W + t) * L, x.im);
+            });
+      }
+      release<R, W, V>(out.im, outStep * L, held);
+    }
+  }
   for (; n > 0; --n, in = in.from(1), out = out.from(1)) {
-    const Strided<R, In> from(in, inStep);
     const Strided<R, Out> to(out, outStep);
-    butterfly<D, R>(
-        [&](auto j) __attribute__((always_inline)) {
-          const X x = from(j).get(0);
-          if constexpr (twiddles && decltype(j)::value > 0) return turnBy<D>(x, w + 2 * (j - 1));
-          else return x;
-        },
-        [&](auto k, X x) __attribute__((always_inline)) { to(Index<bitReversed(k, log2OfPower(R))>{}).put(0, x); });
+    butterflyOfRows<D, R, twiddles, V>(
+        in, inStep, w, [&](auto row, Complex<V> x) __attribute__((always_inline)) { to(row).put(0, x); });
   }
 }
 

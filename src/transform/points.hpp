@@ -62,6 +62,19 @@ bool isAligned(TwoArrays<Lane<V>> a) {
   return (reinterpret_cast<uintptr_t>(a.re) | reinterpret_cast<uintptr_t>(a.im)) % sizeof(V) == 0;
 }
 
+// Whether places of the same number in two arrays compete for the same sets of the caches.
+inline constexpr std::ptrdiff_t kPageBytes = 4096;
+template <class T>
+bool sharePageOffset(OneArray<T>) {
+  return false;
+}
+template <class T>
+bool sharePageOffset(TwoArrays<T> a) {
+  constexpr uintptr_t kNear = 64;
+  const uintptr_t apart = reinterpret_cast<uintptr_t>(a.re) - reinterpret_cast<uintptr_t>(a.im);
+  return (apart + kNear) % kPageBytes <= 2 * kNear;
+}
+
 // Into the caches or past them; there all vectors must be aligned.
 enum class Via { caches, none };
 template <Via via, class V>

@@ -18,6 +18,7 @@ struct Rows : OneArray<Lane<V>> {
   using Arrays = OneArray<Lane<V>>;
   using PastCaches = Rows<V, Via::none>;
   using Vector = V;
+  static constexpr bool kHeld = false;
   using Arrays::p;
 
   OVKS_INLINE Complex<V> get(std::ptrdiff_t i) const {
@@ -44,12 +45,14 @@ struct Rows : OneArray<Lane<V>> {
   OVKS_INLINE Rows from(std::ptrdiff_t i) const { return {p + i * 2 * lanes<V>}; }
 };
 
-// In two arrays.
-template <class V, Via via = Via::caches>
+// In two arrays. Where these share their offset within pages, lines of both at once crowd a set of the first cache and
+// leave it before they are written: then imaginary parts are to be held back for a while.
+template <class V, Via via = Via::caches, bool held = false>
 struct SplitRows : TwoArrays<Lane<V>> {
   using Arrays = TwoArrays<Lane<V>>;
   using PastCaches = SplitRows<V, Via::none>;
   using Vector = V;
+  static constexpr bool kHeld = held;
   using Arrays::re, Arrays::im;
 
   OVKS_INLINE Complex<V> get(std::ptrdiff_t i) const {
