@@ -50,11 +50,9 @@ struct LargestMagnitude {
   OVKS_INLINE auto value() const {
     if constexpr (isInteger<T>) {
       const auto p = widen(largest);
-      const auto two = foldLanes(kMax(p.first, p.second), kMax);
-      return static_cast<int>(kMax(two[0], two[1]));
+      return static_cast<int>(foldAll(kMax(p.first, p.second), kMax));
     } else {
-      const auto two = foldLanes(largest, kMax);
-      return bits<T>(kMax(two[0], two[1]));
+      return bits<T>(foldAll(largest, kMax));
     }
   }
 
@@ -97,7 +95,7 @@ struct SumOfMagnitudes {
     sum = plusWidened(sum, magnitude(difference<double>(v...)));
   }
   OVKS_INLINE void merge(const SumOfMagnitudes& o) { sum += o.sum; }
-  OVKS_INLINE Parts<double> parts() const { return partsOf<double>(foldLanes(sum, kPlus)); }
+  OVKS_INLINE Parts<double> parts() const { return sumOfLanes<double>(sum); }
 };
 
 // Magnitudes of floats, widened by shifts, which leave the adders more time than conversions do: three places down in
@@ -120,7 +118,7 @@ struct SumOfShiftedMagnitudes {
     even += o.even;
     odd += o.odd;
   }
-  OVKS_INLINE Parts<double> parts() const { return partsOf<double>(foldLanes(even + odd, kPlus)); }
+  OVKS_INLINE Parts<double> parts() const { return sumOfLanes<double>(even + odd); }
 };
 
 // Squares of 16-bit integers, or of their differences.
@@ -179,7 +177,7 @@ struct SumOfSquares {
     sum = fma(x, x, sum);
   }
   OVKS_INLINE void merge(const SumOfSquares& o) { sum += o.sum; }
-  OVKS_INLINE double value() const { return partsOf<double>(foldLanes(sum, kPlus)).re; }
+  OVKS_INLINE double value() const { return foldAll(sum, kPlus); }
 };
 
 // Squares of moduli in double precision, in any order: real and imaginary parts go to lanes of their own.
@@ -207,28 +205,25 @@ struct LargestModulus {
     largest = kMax(largest, bits<I>(magnitude(squaredModuli(scale, v...))));
   }
   OVKS_INLINE void merge(const LargestModulus& o) { largest = kMax(largest, o.largest); }
-  OVKS_INLINE double value() const {
-    const auto two = foldLanes(largest, kMax);
-    return bits<double>(kMax(two[0], two[1]));
-  }
+  OVKS_INLINE double value() const { return bits<double>(foldAll(largest, kMax)); }
 };
 
-// The same in single precision, each element twice: within 2^-23, from kLeast to kGreatest.
+// The same in single precision: within 2^-23, from kLeast to kGreatest.
 struct LargestModulus32 {
-  static constexpr int kElements = kVectorBytes / 8, kChains = 8;
+  static constexpr int kElements = kVectorBytes / 8, kChains = 4;
   static constexpr float kLeast = 0x1p-100f, kGreatest = std::numeric_limits<float>::max();
   using U = Vec<uint32_t>;
   U largest{};
 
-  OVKS_INLINE void add(Vec<float> v) {
-    const Vec<float> other = swapParts(v);
-    largest = kMax(largest, bits<U>(fma(v, v, other * other)));
+  OVKS_INLINE void add(Vec<float> v) { addTwo(v, v); }
+  OVKS_INLINE void addTwo(Vec<float> v, Vec<float> w) {
+    v = inRegister(v);
+    w = inRegister(w);
+    const Vec<float> re = realLanes(v, w), im = imagLanes(v, w);
+    largest = kMax(largest, bits<U>(fma(re, re, im * im)));
   }
   OVKS_INLINE void merge(const LargestModulus32& o) { largest = kMax(largest, o.largest); }
-  OVKS_INLINE float value() const {
-    const auto two = foldLanes(largest, kMax);
-    return bits<float>(kMax(two[0], two[1]));
-  }
+  OVKS_INLINE float value() const { return bits<float>(foldAll(largest, kMax)); }
 };
 
 template <class T, class Scaling>
@@ -247,7 +242,7 @@ struct SumOfModuli {
     sum += refinedRoot(squaredModuli(scale, v...));
   }
   OVKS_INLINE void merge(const SumOfModuli& o) { sum += o.sum; }
-  OVKS_INLINE double value() const { return partsOf<double>(foldLanes(sum, kPlus)).re; }
+  OVKS_INLINE double value() const { return foldAll(sum, kPlus); }
 };
 
 }  // namespace ovks

@@ -36,15 +36,14 @@ struct LaneSum {
 
   OVKS_INLINE void add(Elements<T, kElements> v) { sum = plusWidened(sum, v); }
   OVKS_INLINE void merge(const LaneSum& o) { sum += o.sum; }
-  OVKS_INLINE auto parts() const { return partsOf<T>(foldLanes(sum, kPlus)); }
+  OVKS_INLINE auto parts() const { return sumOfLanes<T>(sum); }
 };
 
 // A sum of 32-bit lanes.
 template <class V>
 OVKS_INLINE int64_t laneTotal(V v) {
   const auto p = widen(v);
-  const auto two = foldLanes(p.first + p.second, kPlus);
-  return two[0] + two[1];
+  return foldAll(p.first + p.second, kPlus);
 }
 
 // 16-bit integers in 32-bit lanes.
