@@ -15,7 +15,7 @@ using namespace ovks;
 template <class A, class B>
 struct RealDot {
   using W = std::conditional_t<isComplex<B>, Complex64f, double>;
-  static constexpr int kElements = kTaken<W>, kChains = std::is_same_v<Real<A>, double> ? 8 : 4;
+  static constexpr int kElements = kTaken<W>, kChains = kWidenedChains<Real<A>, 2>;
   using V = Elements<W, kElements>;
   V sum{};
 

@@ -4,6 +4,8 @@
 #include "core/export.hpp"
 #include "ovks/stats.h"
 #include "stats/magnitude.hpp"
+#include "stats/modulus.hpp"
+#include "stats/square.hpp"
 
 namespace {
 
@@ -53,7 +55,7 @@ struct L1 {
         if (sum < SumOfShiftedMagnitudes::kLimit) [[likely]]
           return sum;
       }
-      return total<SumOfMagnitudes<T>>(n, src, other...).re;
+      return total<SumOfMagnitudes<T, 1 + sizeof...(S)>>(n, src, other...).re;
     }
   }
 };
@@ -77,7 +79,7 @@ struct L2 {
     } else {
       using F = Real<T>;
       const auto sum = [&](auto scale) {
-        return fold(SumOfSquares<F, decltype(scale)>{scale}, n * parts<T>, reals(src), reals(other)...).value();
+        return fold(SumOfSquares<F, decltype(scale), 1 + sizeof...(S)>{scale}, n * parts<T>, reals(src), reals(other)...).value();
       };
       return inRange<F>(kLeastSquare, sum, root<double>);
     }

@@ -14,6 +14,10 @@ inline constexpr std::ptrdiff_t kFastBlock = 8192;
 template <class W>
 inline constexpr int kTaken = kVectorBytes / int{sizeof(W)};
 
+// How many chains hide an addition's latency. Widening two sources takes as long as four additions do.
+template <class T, int sources>
+inline constexpr int kWidenedChains = sources == 2 && sizeof(T) == 4 ? 4 : 8;
+
 // An accumulator that is read and cleared after every kFastBlock elements.
 template <class A>
 struct Fast : A {
