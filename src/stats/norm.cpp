@@ -27,7 +27,7 @@ struct Inf {
         if (quick >= LargestModulus32::kLeast && quick <= LargestModulus32::kGreatest) [[likely]]
           return root(double{quick});
       }
-      const auto square = [&](auto scale) {
+      const auto square = [&](auto scale) __attribute__((always_inline)) {
         return fold(LargestModulus<T, decltype(scale)>{scale}, n, src, other...).value();
       };
       return inRange<Real<T>>(kLeastSquare, square, root<double>);
@@ -43,7 +43,7 @@ struct L1 {
   template <class T, class... S>
   OVKS_INLINE static auto of(std::ptrdiff_t n, const T* src, const S*... other) {
     if constexpr (isComplex<T>) {
-      const auto sum = [&](auto scale) {
+      const auto sum = [&](auto scale) __attribute__((always_inline)) {
         return fold(SumOfModuli<T, decltype(scale)>{scale}, n, src, other...).value();
       };
       return inRange<Real<T>>(kLeastModulus, sum, [](double v) { return v; });
@@ -78,7 +78,7 @@ struct L2 {
       return L2Sqr::of(n, src, other...);
     } else {
       using F = Real<T>;
-      const auto sum = [&](auto scale) {
+      const auto sum = [&](auto scale) __attribute__((always_inline)) {
         return fold(SumOfSquares<F, decltype(scale), 1 + sizeof...(S)>{scale}, n * parts<T>, reals(src), reals(other)...).value();
       };
       return inRange<F>(kLeastSquare, sum, root<double>);
