@@ -100,12 +100,12 @@ struct Spread {
   }
 };
 
-FloatTotals moments(const float* src, std::ptrdiff_t n, AlgHint hint) {
+OVKS_INLINE FloatTotals moments(const float* src, std::ptrdiff_t n, AlgHint hint) {
   return hint == AlgHintFast ? total<Fast<FloatMoments<float>>>(n, src) : total<FloatMoments<double>>(n, src);
 }
 
 // The arithmetic is fixed: sums in double precision, quotient and root in single.
-float deviation(FloatTotals m, int len) {
+OVKS_INLINE float deviation(FloatTotals m, int len) {
   const double n = len, difference = n * m[1] - m[0] * m[0];
   const double numerator = difference < 0 ? 0 : difference, denominator = n * (n - 1);
   return root(static_cast<float>(numerator) / static_cast<float>(denominator));
