@@ -24,18 +24,19 @@ using FloatTotals = Vec<double, 2>;
 // Floats in lanes of F.
 template <class F>
 struct FloatMoments {
-  static constexpr int kElements = kTaken<F>, kChains = kAvx512 && sizeof(F) == 4 ? 8 : 4;
+  static constexpr int kElements = kTaken<F>, kChains = kAvx512 ? 8 : 4;
   using V = Vec<F, kElements>;
   V sum{}, squares{};
 
   OVKS_INLINE void add(Vec<float, kElements> v) {
-    const V x = inRegister(convert<F>(v));
+    if constexpr (sizeof(F) == 4) v = inRegister(v);  // the conversion happens once anyway
+    const V x = convert<F>(v);
     sum += x;
     squares = fma(x, x, squares);
   }
   // Half of the additions go to the multiplier: the adder converts as well.
-  OVKS_INLINE void addOdd(Vec<float, kElements> v) {
-    const V x = inRegister(convert<F>(v));
+  OVKS_INLINE void addOdd(Vec<float, kElements> v) requires(sizeof(F) == 8) {
+    const V x = convert<F>(v);
     sum = plusWidened(sum, v);
     squares = fma(x, x, squares);
   }

@@ -79,7 +79,9 @@ struct L2 {
     } else {
       using F = Real<T>;
       const auto sum = [&](auto scale) __attribute__((always_inline)) {
-        return fold(SumOfSquares<F, decltype(scale), 1 + sizeof...(S)>{scale}, n * parts<T>, reals(src), reals(other)...).value();
+        return fold(SumOfSquares<F, decltype(scale), 1 + sizeof...(S)>{scale}, n * parts<T>, reals(src),
+                    reals(other)...)
+            .value();
       };
       return inRange<F>(kLeastSquare, sum, root<double>);
     }
