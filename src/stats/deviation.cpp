@@ -24,7 +24,8 @@ using FloatTotals = Vec<double, 2>;
 // Floats in lanes of F.
 template <class F>
 struct FloatMoments {
-  static constexpr int kElements = kTaken<F>, kChains = kAvx512 ? 8 : 4;
+  // Conversions take long enough for four chains to hide the latency.
+  static constexpr int kElements = kTaken<F>, kChains = kAvx512 && sizeof(F) == 4 ? 8 : 4;
   using V = Vec<F, kElements>;
   V sum{}, squares{};
 
