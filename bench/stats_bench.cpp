@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Reductions beside their peers, in L1, L2 and memory. Peers that add in single precision stand beside both paths.
+// Reductions beside their peers, in L1, L2 and memory. Peers add in double precision where ours do. Those that add in
+// single precision stand beside the fast paths, and where there are none, in rows of their own, named single.
 #include <ovks.h>
 
 #include <memory>
@@ -128,14 +129,18 @@ void sumRows(int n) {
 }
 
 void normRows(int n) {
-  Row<F> one("Norm_L1_32f", n, ovksNorm_L1_32f), two("Norm_L2_32f", n, ovksNorm_L2_32f);
+  Row<F>("Norm_L1_32f", n, ovksNorm_L1_32f).peers(&StatsPeer::wideNorm1);
+  Row<F>("Norm_L2_32f", n, ovksNorm_L2_32f).peers(&StatsPeer::wideNorm2);
+  Row<F> one("Norm_L1_32f:single", n, ovksNorm_L1_32f), two("Norm_L2_32f:single", n, ovksNorm_L2_32f);
   one.peers(&StatsPeer::norm1);
   two.peers(&StatsPeer::norm2);
   Row<F>("Norm_Inf_32f", n, ovksNorm_Inf_32f).peers(&StatsPeer::normInf);
   Row<Z>("Norm_L1_32fc64f", n, ovksNorm_L1_32fc64f).peers(&StatsPeer::moduli);
   Row<Z>("Norm_Inf_32fc32f", n, ovksNorm_Inf_32fc32f).peers(&StatsPeer::largestModulus);
-  Row<F>("NormDiff_L1_32f", n, ovksNormDiff_L1_32f).peers(&StatsPeer::difference1);
-  Row<F>("NormDiff_L2_32f", n, ovksNormDiff_L2_32f).peers(&StatsPeer::difference2);
+  Row<F>("NormDiff_L1_32f", n, ovksNormDiff_L1_32f).peers(&StatsPeer::wideDifference1);
+  Row<F>("NormDiff_L2_32f", n, ovksNormDiff_L2_32f).peers(&StatsPeer::wideDifference2);
+  Row<F>("NormDiff_L1_32f:single", n, ovksNormDiff_L1_32f).peers(&StatsPeer::difference1);
+  Row<F>("NormDiff_L2_32f:single", n, ovksNormDiff_L2_32f).peers(&StatsPeer::difference2);
   Row<F>("NormDiff_Inf_32f", n, ovksNormDiff_Inf_32f).peers(&StatsPeer::differenceInf);
 #ifdef OVKS_HAVE_OPENBLAS
   one.by("openblas", [](const F* a, const F*, int k) { keep(cblas_sasum(k, a, 1)); });

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Reductions as a compiler makes them for this very machine, of plain loops or of another library's expressions.
+// Reductions as a compiler makes them for this very machine, of plain loops or of another library's expressions. Those
+// of floats add in single precision, the wide ones in double.
 #pragma once
 
 #include <ovks/types.h>
@@ -19,7 +20,12 @@ struct StatsPeer {
   float (*difference1)(const float*, const float*, int);
   float (*difference2)(const float*, const float*, int);
   float (*differenceInf)(const float*, const float*, int);
+
   double (*wideDot)(const float*, const float*, int);
+  double (*wideNorm1)(const float*, int);
+  double (*wideNorm2)(const float*, int);
+  double (*wideDifference1)(const float*, const float*, int);
+  double (*wideDifference2)(const float*, const float*, int);
 
   Complex32f (*complexDot)(const Complex32f*, const Complex32f*, int);
   double (*moduli)(const Complex32f*, int);

@@ -21,9 +21,9 @@ R total(const S* a, const S* b, int n) {
   return sum;
 }
 
-template <auto term, class... S>
-float rootOfTotal(const S*... a, int n) {
-  return std::sqrt(total<float, term>(a..., n));
+template <class R, auto term, class... S>
+R rootOfTotal(const S*... a, int n) {
+  return std::sqrt(total<R, term>(a..., n));
 }
 
 template <auto term, class... S>
@@ -58,6 +58,9 @@ float square(float x) { return x * x; }
 float distance(float x, float y) { return std::fabs(x - y); }
 float squaredDistance(float x, float y) { return (x - y) * (x - y); }
 double wideProduct(float x, float y) { return double{x} * y; }
+double wideSquare(float x) { return double{x} * x; }
+double wideDistance(float x, float y) { return std::fabs(double{x} - y); }
+double wideSquaredDistance(float x, float y) { return (double{x} - y) * (double{x} - y); }
 float logarithm(float x) { return std::log(x); }
 double modulus(Complex32f z) { return std::sqrt(double{z.re} * z.re + double{z.im} * z.im); }
 float squaredModulus(Complex32f z) { return z.re * z.re + z.im * z.im; }
@@ -78,12 +81,16 @@ const StatsPeer kLoop = {
     .deviation = deviation,
     .logarithms = total<double, logarithm>,
     .norm1 = total<float, magnitude>,
-    .norm2 = rootOfTotal<square, float>,
+    .norm2 = rootOfTotal<float, square, float>,
     .normInf = largest<magnitude, float>,
     .difference1 = total<float, distance>,
-    .difference2 = rootOfTotal<squaredDistance, float, float>,
+    .difference2 = rootOfTotal<float, squaredDistance, float, float>,
     .differenceInf = largest<distance, float, float>,
     .wideDot = total<double, wideProduct>,
+    .wideNorm1 = total<double, magnitude>,
+    .wideNorm2 = rootOfTotal<double, wideSquare, float>,
+    .wideDifference1 = total<double, wideDistance>,
+    .wideDifference2 = rootOfTotal<double, wideSquaredDistance, float, float>,
     .complexDot = complexDot,
     .moduli = total<double, modulus>,
     .largestModulus = largestModulus,

@@ -35,6 +35,22 @@ OVKS_INLINE auto imagLanes(V v) {
   (std::make_index_sequence<lanes<V> / 2>{});
 }
 
+// One part of each element of a and b, in whatever order the processor does at once.
+template <class V>
+OVKS_INLINE V realLanes(V a, V b) {
+  return [&]<std::size_t... i>(std::index_sequence<i...>) {
+    return __builtin_shufflevector(a, b, (i / 4 * 4 + i % 2 * 2 + i / 2 % 2 * lanes<V>)...);
+  }
+  (std::make_index_sequence<lanes<V>>{});
+}
+template <class V>
+OVKS_INLINE V imagLanes(V a, V b) {
+  return [&]<std::size_t... i>(std::index_sequence<i...>) {
+    return __builtin_shufflevector(a, b, (i / 4 * 4 + i % 2 * 2 + 1 + i / 2 % 2 * lanes<V>)...);
+  }
+  (std::make_index_sequence<lanes<V>>{});
+}
+
 // Each of half as many reals in both lanes of its pair.
 template <class V, class H>
 OVKS_INLINE V duplicate(H v) {

@@ -10,31 +10,33 @@ namespace {
 
 using namespace ovks;
 
-// The sums of x and of x^2.
-template <class X>
-struct Moments {
-  X sum, squares;
+// The sums of x and of x^2 of integers; of floats they stay in a register's lanes.
+struct ShortTotals {
+  int64_t sum, squares;
 
-  OVKS_INLINE void operator+=(const Moments& o) {
+  OVKS_INLINE void operator+=(const ShortTotals& o) {
     sum += o.sum;
     squares += o.squares;
   }
 };
+using FloatTotals = Vec<double, 2>;
 
 // Floats in lanes of F.
 template <class F>
 struct FloatMoments {
-  static constexpr int kElements = kTaken<F>, kChains = kAvx512 ? 8 : 4;
+  // Conversions take long enough for four chains to hide the latency.
+  static constexpr int kElements = kTaken<F>, kChains = kAvx512 && sizeof(F) == 4 ? 8 : 4;
   using V = Vec<F, kElements>;
   V sum{}, squares{};
 
   OVKS_INLINE void add(Vec<float, kElements> v) {
+    if constexpr (sizeof(F) == 4) v = inRegister(v);  // the conversion happens once anyway
     const V x = convert<F>(v);
     sum += x;
     squares = fma(x, x, squares);
   }
   // Half of the additions go to the multiplier: the adder converts as well.
-  OVKS_INLINE void addOdd(Vec<float, kElements> v) {
+  OVKS_INLINE void addOdd(Vec<float, kElements> v) requires(sizeof(F) == 8) {
     const V x = convert<F>(v);
     sum = plusWidened(sum, v);
     squares = fma(x, x, squares);
@@ -43,8 +45,9 @@ struct FloatMoments {
     sum += o.sum;
     squares += o.squares;
   }
-  OVKS_INLINE Moments<double> parts() const {
-    return {partsOf<F>(foldLanes(sum, kPlus)).re, partsOf<F>(foldLanes(squares, kPlus)).re};
+  OVKS_INLINE FloatTotals parts() const {
+    const auto p = evenAndOdd(sum, squares);
+    return convert<double>(foldLanes(p.first + p.second, kPlus));
   }
 };
 
@@ -83,7 +86,7 @@ struct ShortMoments {
     sum.merge(o.sum);
     squares.merge(o.squares);
   }
-  OVKS_INLINE Moments<int64_t> parts() const { return {sum.parts().re, squares.total()}; }
+  OVKS_INLINE ShortTotals parts() const { return {sum.parts().re, squares.total()}; }
 };
 
 // How elements lie about their mean: how many, their mean (from a common origin), and the sum of the squares of their
@@ -99,13 +102,13 @@ struct Spread {
   }
 };
 
-Moments<double> moments(const float* src, std::ptrdiff_t n, AlgHint hint) {
+OVKS_INLINE FloatTotals moments(const float* src, std::ptrdiff_t n, AlgHint hint) {
   return hint == AlgHintFast ? total<Fast<FloatMoments<float>>>(n, src) : total<FloatMoments<double>>(n, src);
 }
 
 // The arithmetic is fixed: sums in double precision, quotient and root in single.
-float deviation(Moments<double> m, int len) {
-  const double n = len, difference = n * m.squares - m.sum * m.sum;
+OVKS_INLINE float deviation(FloatTotals m, int len) {
+  const double n = len, difference = n * m[1] - m[0] * m[0];
   const double numerator = difference < 0 ? 0 : difference, denominator = n * (n - 1);
   return root(static_cast<float>(numerator) / static_cast<float>(denominator));
 }
@@ -115,8 +118,8 @@ float deviation(Moments<double> m, int len) {
 OVKS_INLINE Spread spread(const double* src, std::ptrdiff_t n, double origin) {
   const ShiftedMoments m = fold(ShiftedMoments{src[0]}, n, src);
   const double count = static_cast<double>(n);
-  const double sum = partsOf<double>(foldLanes(m.sum, kPlus)).re;
-  const double squares = partsOf<double>(foldLanes(m.squares, kPlus)).re - sum * sum / count;
+  const double sum = foldAll(m.sum, kPlus);
+  const double squares = foldAll(m.squares, kPlus) - sum * sum / count;
   return {count, m.pivot - origin + sum / count, squares < 0 ? 0 : squares};
 }
 
@@ -133,7 +136,7 @@ double deviation(const double* src, std::ptrdiff_t n, Sum&... sum) {
 }
 
 template <class D>
-D deviation(Moments<int64_t> m, int len, int scaleFactor) {
+D deviation(ShortTotals m, int len, int scaleFactor) {
   const __int128 numerator = __int128{len} * m.squares - __int128{m.sum} * m.sum;
   return scaledRoot<D>(numerator, int64_t{len} * (len - 1), scaleFactor);
 }
@@ -165,8 +168,8 @@ Status stdDev(const int16_t* pSrc, int len, D* pStdDev, int scaleFactor) {
 
 Status meanStdDev(const float* pSrc, int len, float* pMean, float* pStdDev, AlgHint hint) {
   if (const Status s = checkDeviation(len, pSrc, pMean, pStdDev)) return s;
-  const Moments<double> m = moments(pSrc, len, hint);
-  *pMean = static_cast<float>(double{static_cast<float>(m.sum)} / len);
+  const FloatTotals m = moments(pSrc, len, hint);
+  *pMean = static_cast<float>(double{static_cast<float>(m[0])} / len);
   *pStdDev = deviation(m, len);
   return StatusOk;
 }
@@ -182,7 +185,7 @@ Status meanStdDev(const double* pSrc, int len, double* pMean, double* pStdDev) {
 template <class D>
 Status meanStdDev(const int16_t* pSrc, int len, D* pMean, D* pStdDev, int scaleFactor) {
   if (const Status s = checkDeviation(len, pSrc, pMean, pStdDev)) return s;
-  const Moments<int64_t> m = total<ShortMoments>(len, pSrc);
+  const ShortTotals m = total<ShortMoments>(len, pSrc);
   *pMean = scaledMean<D>(m.sum, len, scaleFactor);
   *pStdDev = deviation<D>(m, len, scaleFactor);
   return StatusOk;

@@ -15,7 +15,7 @@ using namespace ovks;
 template <class A, class B>
 struct RealDot {
   using W = std::conditional_t<isComplex<B>, Complex64f, double>;
-  static constexpr int kElements = kTaken<W>, kChains = 8;
+  static constexpr int kElements = kTaken<W>, kChains = kWidenedChains<Real<A>, 2>;
   using V = Elements<W, kElements>;
   V sum{};
 
@@ -24,7 +24,7 @@ struct RealDot {
     else sum = fma(convert<double>(a), convert<double>(b), sum);
   }
   OVKS_INLINE void merge(const RealDot& o) { sum += o.sum; }
-  OVKS_INLINE Parts<double> parts() const { return partsOf<B>(foldLanes(sum, kPlus)); }
+  OVKS_INLINE Parts<double> parts() const { return sumOfLanes<B>(sum); }
 };
 
 // Floating point, both complex: products of parts with like parts, and with the other ones, in parts of W.
@@ -44,8 +44,9 @@ struct ComplexDot {
     other += o.other;
   }
   OVKS_INLINE Parts<double> parts() const {
-    const auto l = foldLanes(like, kPlus), o = foldLanes(other, kPlus);
-    return {double{l[0]} - l[1], double{o[0]} + o[1]};
+    const auto p = evenAndOdd(like, other);
+    const auto dot = foldLanes(fmaSubAdd(p.first, broadcast<V>(1), p.second), kPlus);
+    return {double{dot[0]}, double{dot[1]}};
   }
 };
 

@@ -2,10 +2,7 @@
 // Accumulators of magnitudes, of one source or of the difference of two.
 #pragma once
 
-#include "core/complex.hpp"
-#include "core/root.hpp"
 #include "stats/sum.hpp"
-#include "stats/wide_sum.hpp"
 
 namespace ovks {
 
@@ -50,11 +47,9 @@ struct LargestMagnitude {
   OVKS_INLINE auto value() const {
     if constexpr (isInteger<T>) {
       const auto p = widen(largest);
-      const auto two = foldLanes(kMax(p.first, p.second), kMax);
-      return static_cast<int>(kMax(two[0], two[1]));
+      return static_cast<int>(foldAll(kMax(p.first, p.second), kMax));
     } else {
-      const auto two = foldLanes(largest, kMax);
-      return bits<T>(kMax(two[0], two[1]));
+      return bits<T>(foldAll(largest, kMax));
     }
   }
 
@@ -86,9 +81,9 @@ struct SumOfShortMagnitudes {
 };
 
 // Magnitudes of floats and doubles.
-template <class T>
+template <class T, int sources>
 struct SumOfMagnitudes {
-  static constexpr int kElements = kTaken<double>, kChains = 8;
+  static constexpr int kElements = kTaken<double>, kChains = kWidenedChains<T, sources>;
   using V = Vec<double>;
   V sum{};
 
@@ -97,7 +92,7 @@ struct SumOfMagnitudes {
     sum = plusWidened(sum, magnitude(difference<double>(v...)));
   }
   OVKS_INLINE void merge(const SumOfMagnitudes& o) { sum += o.sum; }
-  OVKS_INLINE Parts<double> parts() const { return partsOf<double>(foldLanes(sum, kPlus)); }
+  OVKS_INLINE Parts<double> parts() const { return sumOfLanes<double>(sum); }
 };
 
 // Magnitudes of floats, widened by shifts, which leave the adders more time than conversions do: three places down in
@@ -120,134 +115,7 @@ struct SumOfShiftedMagnitudes {
     even += o.even;
     odd += o.odd;
   }
-  OVKS_INLINE Parts<double> parts() const { return partsOf<double>(foldLanes(even + odd, kPlus)); }
-};
-
-// Squares of 16-bit integers, or of their differences.
-template <int sources>
-struct ShortSquares {
-  static constexpr int kElements = kVectorBytes / (sources == 1 ? 2 : 4), kChains = 4;
-  static constexpr std::ptrdiff_t kBlock = WideSum<Vec<int32_t>>::kSteps * kElements;
-  using V = Vec<int16_t, kElements>;
-  std::conditional_t<sources == 1, WideSum<Vec<int32_t>>, LongProducts<Vec<int32_t>>> sum;
-
-  OVKS_INLINE void add(V v) { sum.add(detail::multiplyNeighbours(v, v)); }
-  OVKS_INLINE void add(V a, V b) {
-    const auto x = difference<int32_t>(a, b);
-    sum.add(x, x);
-  }
-  OVKS_INLINE void merge(const ShortSquares& o) { sum.merge(o.sum); }
-  OVKS_INLINE Parts<int64_t> parts() const { return {static_cast<int64_t>(sum.total()), 0}; }
-};
-
-// Squares leave the range of doubles for elements beyond 2^511 or below 2^-511. Those of doubles are summed as they are
-// at first, and once more, rescaled by a power of two, in the rare case that the result shows it.
-template <bool rescaled>
-struct Scale {
-  double factor;
-
-  template <class V>
-  OVKS_INLINE V operator()(V v) const {
-    if constexpr (rescaled) return v * broadcast<V>(factor);
-    else return v;
-  }
-};
-
-// finish(sum(scale)), where a sum below least may have lost digits.
-template <class F, class Sum, class Finish>
-OVKS_INLINE double inRange(double least, Sum sum, Finish finish) {
-  const double v = sum(Scale<false>{1});
-  if constexpr (sizeof(F) == 8) {
-    if (v < least || v > std::numeric_limits<double>::max()) [[unlikely]] {
-      const double factor = v < 1 ? 0x1p600 : 0x1p-600;
-      return finish(sum(Scale<true>{factor})) / factor;
-    }
-  }
-  return finish(v);
-}
-
-template <class F, class Scaling>
-struct SumOfSquares {
-  static constexpr int kElements = kTaken<double>, kChains = 8;
-  using V = Vec<double, kElements>;
-  Scaling scale;
-  V sum{};
-
-  template <class... S>
-  OVKS_INLINE void add(S... v) {
-    const V x = scale(difference<double>(v...));
-    sum = fma(x, x, sum);
-  }
-  OVKS_INLINE void merge(const SumOfSquares& o) { sum += o.sum; }
-  OVKS_INLINE double value() const { return partsOf<double>(foldLanes(sum, kPlus)).re; }
-};
-
-// Squares of moduli in double precision, in any order: real and imaginary parts go to lanes of their own.
-template <class Scaling, class... S>
-OVKS_INLINE auto squaredModuli(Scaling scale, S... v) {
-  const auto square = [](auto re, auto im) { return fma(re, re, im * im); };
-  if constexpr ((std::is_same_v<Lane<S>, float> && ...)) {
-    const auto x = difference<double>(halves(v).first...), y = difference<double>(halves(v).second...);
-    return square(unpackLow(x, y), unpackHigh(x, y));
-  } else {
-    return square(scale(difference<double>(realLanes(v)...)), scale(difference<double>(imagLanes(v)...)));
-  }
-}
-
-// The square of the largest modulus, compared as LargestMagnitude does; NaN may have a sign here.
-template <class T, class Scaling>
-struct LargestModulus {
-  static constexpr int kElements = kVectorBytes / int{sizeof(T)}, kChains = 8;
-  using I = Vec<int64_t, kElements>;
-  Scaling scale;
-  I largest{};
-
-  template <class... S>
-  OVKS_INLINE void add(S... v) {
-    largest = kMax(largest, bits<I>(magnitude(squaredModuli(scale, v...))));
-  }
-  OVKS_INLINE void merge(const LargestModulus& o) { largest = kMax(largest, o.largest); }
-  OVKS_INLINE double value() const {
-    const auto two = foldLanes(largest, kMax);
-    return bits<double>(kMax(two[0], two[1]));
-  }
-};
-
-// The same in single precision, each element twice: within 2^-23, from kLeast to kGreatest.
-struct LargestModulus32 {
-  static constexpr int kElements = kVectorBytes / 8, kChains = 8;
-  static constexpr float kLeast = 0x1p-100f, kGreatest = std::numeric_limits<float>::max();
-  using U = Vec<uint32_t>;
-  U largest{};
-
-  OVKS_INLINE void add(Vec<float> v) {
-    const Vec<float> other = swapParts(v);
-    largest = kMax(largest, bits<U>(fma(v, v, other * other)));
-  }
-  OVKS_INLINE void merge(const LargestModulus32& o) { largest = kMax(largest, o.largest); }
-  OVKS_INLINE float value() const {
-    const auto two = foldLanes(largest, kMax);
-    return bits<float>(kMax(two[0], two[1]));
-  }
-};
-
-template <class T, class Scaling>
-struct SumOfModuli {
-  static constexpr int kElements = kVectorBytes / int{sizeof(T)}, kChains = 4;
-  Scaling scale;
-  Vec<double, kElements> sum{};
-
-  template <class... S>
-  OVKS_INLINE void add(S... v) {
-    sum += squareRoot(squaredModuli(scale, v...));
-  }
-  // The divider takes as long for one root as the multipliers for another.
-  template <class... S>
-  OVKS_INLINE void addOdd(S... v) {
-    sum += refinedRoot(squaredModuli(scale, v...));
-  }
-  OVKS_INLINE void merge(const SumOfModuli& o) { sum += o.sum; }
-  OVKS_INLINE double value() const { return partsOf<double>(foldLanes(sum, kPlus)).re; }
+  OVKS_INLINE Parts<double> parts() const { return sumOfLanes<double>(even + odd); }
 };
 
 }  // namespace ovks

@@ -4,6 +4,8 @@
 #include "core/export.hpp"
 #include "ovks/stats.h"
 #include "stats/magnitude.hpp"
+#include "stats/modulus.hpp"
+#include "stats/square.hpp"
 
 namespace {
 
@@ -25,7 +27,7 @@ struct Inf {
         if (quick >= LargestModulus32::kLeast && quick <= LargestModulus32::kGreatest) [[likely]]
           return root(double{quick});
       }
-      const auto square = [&](auto scale) {
+      const auto square = [&](auto scale) __attribute__((always_inline)) {
         return fold(LargestModulus<T, decltype(scale)>{scale}, n, src, other...).value();
       };
       return inRange<Real<T>>(kLeastSquare, square, root<double>);
@@ -41,7 +43,7 @@ struct L1 {
   template <class T, class... S>
   OVKS_INLINE static auto of(std::ptrdiff_t n, const T* src, const S*... other) {
     if constexpr (isComplex<T>) {
-      const auto sum = [&](auto scale) {
+      const auto sum = [&](auto scale) __attribute__((always_inline)) {
         return fold(SumOfModuli<T, decltype(scale)>{scale}, n, src, other...).value();
       };
       return inRange<Real<T>>(kLeastModulus, sum, [](double v) { return v; });
@@ -53,7 +55,7 @@ struct L1 {
         if (sum < SumOfShiftedMagnitudes::kLimit) [[likely]]
           return sum;
       }
-      return total<SumOfMagnitudes<T>>(n, src, other...).re;
+      return total<SumOfMagnitudes<T, 1 + sizeof...(S)>>(n, src, other...).re;
     }
   }
 };
@@ -76,8 +78,10 @@ struct L2 {
       return L2Sqr::of(n, src, other...);
     } else {
       using F = Real<T>;
-      const auto sum = [&](auto scale) {
-        return fold(SumOfSquares<F, decltype(scale)>{scale}, n * parts<T>, reals(src), reals(other)...).value();
+      const auto sum = [&](auto scale) __attribute__((always_inline)) {
+        return fold(SumOfSquares<F, decltype(scale), 1 + sizeof...(S)>{scale}, n * parts<T>, reals(src),
+                    reals(other)...)
+            .value();
       };
       return inRange<F>(kLeastSquare, sum, root<double>);
     }

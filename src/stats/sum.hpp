@@ -14,6 +14,10 @@ inline constexpr std::ptrdiff_t kFastBlock = 8192;
 template <class W>
 inline constexpr int kTaken = kVectorBytes / int{sizeof(W)};
 
+// How many chains hide an addition's latency. Widening two sources takes as long as four additions do.
+template <class T, int sources>
+inline constexpr int kWidenedChains = sources == 2 && sizeof(T) == 4 ? 4 : 8;
+
 // An accumulator that is read and cleared after every kFastBlock elements.
 template <class A>
 struct Fast : A {
@@ -36,15 +40,14 @@ struct LaneSum {
 
   OVKS_INLINE void add(Elements<T, kElements> v) { sum = plusWidened(sum, v); }
   OVKS_INLINE void merge(const LaneSum& o) { sum += o.sum; }
-  OVKS_INLINE auto parts() const { return partsOf<T>(foldLanes(sum, kPlus)); }
+  OVKS_INLINE auto parts() const { return sumOfLanes<T>(sum); }
 };
 
 // A sum of 32-bit lanes.
 template <class V>
 OVKS_INLINE int64_t laneTotal(V v) {
   const auto p = widen(v);
-  const auto two = foldLanes(p.first + p.second, kPlus);
-  return two[0] + two[1];
+  return foldAll(p.first + p.second, kPlus);
 }
 
 // 16-bit integers in 32-bit lanes.

@@ -72,9 +72,8 @@ struct LogProduct {
     const Scientific<V> p(product);
     V e;
     for (int i = 0; i < lanes<V>; ++i) e[i] = static_cast<double>(exponent[i]);
-    const auto two = foldLanes(logOfParts(p.mantissa, p.exponent() + e) + rest / product, kPlus);
-    const auto worst = foldLanes(highest, kMax);
-    return {two[0] + two[1], kMax(worst[0], worst[1]) >= kEnd};
+    const double sum = foldAll(logOfParts(p.mantissa, p.exponent() + e) + rest / product, kPlus);
+    return {sum, foldAll(highest, kMax) >= kEnd};
   }
 
  private:
@@ -107,7 +106,7 @@ struct LogSum {
     else sum += log(convert<double>(v));
   }
   OVKS_INLINE void merge(const LogSum& o) { sum += o.sum; }
-  OVKS_INLINE Parts<double> parts() const { return partsOf<double>(foldLanes(sum, kPlus)); }
+  OVKS_INLINE Parts<double> parts() const { return sumOfLanes<double>(sum); }
 };
 
 template <class T>

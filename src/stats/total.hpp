@@ -20,12 +20,16 @@ struct Parts {
   }
 };
 
-// The last two lanes of a fold over elements of type T, in 64 bits or more.
+// The sum of the lanes, which hold elements of type T, in 64 bits.
 template <class T, class V>
-OVKS_INLINE auto partsOf(V v) {
+OVKS_INLINE auto sumOfLanes(V v) {
   using X = std::conditional_t<std::is_floating_point_v<Lane<V>>, double, int64_t>;
-  if constexpr (isComplex<T>) return Parts<X>{v[0], v[1]};
-  else return Parts<X>{v[0] + v[1], 0};
+  if constexpr (isComplex<T>) {
+    const auto two = foldLanes(v, kPlus);
+    return Parts<X>{two[0], two[1]};
+  } else {
+    return Parts<X>{foldAll(v, kPlus), 0};
+  }
 }
 
 // What accumulators of type A hold in the end. Those that can only take so many elements, kBlock, are read and cleared

@@ -36,8 +36,7 @@ struct WideSum {
       using Q = Vec<int64_t, lanes<W> / 2>;
       const auto h = widen(high);
       const Q even = bits<Q>(rest) & broadcast<Q>(0xffffffff), odd = bits<Q>(bits<Unsigned<Q>>(rest) >> 32);
-      const auto two = foldLanes((h.first << kHalf) + (h.second << kHalf) + even + odd, kPlus);
-      return two[0] + two[1];
+      return foldAll((h.first << kHalf) + (h.second << kHalf) + even + odd, kPlus);
     } else {
       __int128 sum = 0;
       for (int i = 0; i < lanes<W>; ++i) sum += high[i] * (__int128{1} << kHalf) + rest[i];
