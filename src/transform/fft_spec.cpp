@@ -2,6 +2,7 @@
 // Sizes and initialisation of FFT specifications.
 #include "core/export.hpp"
 #include "ovks/transform.h"
+#include "transform/constant_tables.hpp"
 #include "transform/spec.hpp"
 #include "transform/twiddle_tables.hpp"
 
@@ -29,19 +30,9 @@ Status getSize(int order, int flag, AlgHint, int* pSpecSize, int* pSpecBufferSiz
 
 // Entry i is twice i with its order - 2 bits reversed; a zero follows the last.
 void makeBitReversal(int32_t* table, int order) {
-  using V = Vec<int32_t, 8>;
-  const int bits = order - 2;
-  V lane;
-  for (int i = 0; i < 8; ++i) lane[i] = 2 * (bitReversed(i, 3) << (bits - 3));
-  const int32_t groups = 1 << (bits - 3);
-  int32_t reversed = 0;
-  for (int32_t i = 0; i < groups; ++i) {
-    store(table + 8 * i, lane + 2 * reversed);
-    int32_t bit = groups / 2;
-    for (; reversed & bit; bit /= 2) reversed -= bit;
-    reversed += bit;
-  }
-  table[8 * groups] = 0;
+  const int32_t entries = 1 << (order - 2);
+  fft::makeBitReversal(table, order, entries);
+  table[entries] = 0;
 }
 
 template <class T>

@@ -8,7 +8,26 @@
 
 namespace ovks::fft {
 
-// Points factor * (first + l) of the circle, l = 0 ... L - 1, real parts then imaginary parts, in the given order.
+// The first 2^k entries, at least count, of a table of bit reversal: entry i is twice i with its order - 2 bits
+// reversed.
+inline void makeBitReversal(int32_t* table, int order, int32_t count) {
+  table[0] = 0;
+  for (int32_t made = 1; made < count; made *= 2) {
+    const int32_t* __restrict lower = table;
+    int32_t* __restrict upper = table + made;
+    const int32_t bit = (1 << (order - 2)) / made;
+    for (int32_t i = 0; i < made; ++i) upper[i] = lower[i] + bit;
+  }
+}
+
+// Points factor * (first + l) of the circle, l = 0 ... L - 1, in the given order.
+template <class V, class Order, class T>
+OVKS_INLINE Complex<V> multiples(const UnitCircle<T>& circle, int32_t factor, int32_t first) {
+  Vec<int32_t, lanes<V>> l;
+  for (int i = 0; i < lanes<V>; ++i) l[i] = Order::template lane<V>(i);
+  return circle.template points<V>((l + first) * factor);
+}
+// The same as a table: real parts, then imaginary parts.
 template <class V, class Order, class T>
 constexpr void putPoints(T* p, const UnitCircle<T>& circle, int32_t factor, int32_t first) {
   if (std::is_constant_evaluated()) {
@@ -18,9 +37,7 @@ constexpr void putPoints(T* p, const UnitCircle<T>& circle, int32_t factor, int3
       p[lanes<V> + i] = w.im;
     }
   } else {
-    Vec<int32_t, lanes<V>> l;
-    for (int i = 0; i < lanes<V>; ++i) l[i] = Order::template lane<V>(i);
-    const Complex<V> w = circle.template points<V>((l + first) * factor);
+    const Complex<V> w = multiples<V, Order>(circle, factor, first);
     store(p, w.re);
     store(p + lanes<V>, w.im);
   }
@@ -30,13 +47,23 @@ constexpr void putPoints(T* p, const UnitCircle<T>& circle, int32_t factor, int3
 template <class T>
 constexpr T* appendMultiples(T* p, const UnitCircle<T>& circle, int32_t step, int n) {
   using V = Vec<T>;
-  for (int j = 1; j < n; j += lanes<V>) {
-    T points[2 * lanes<V>] = {};
-    putPoints<V, InOrder>(points, circle, step, j);
-    for (int i = 0; i < lanes<V> && i < n - j; ++i) {
-      *p++ = points[i];
-      *p++ = points[lanes<V> + i];
+  constexpr int L = lanes<V>;
+  if (std::is_constant_evaluated()) {
+    for (int j = 1; j < n; ++j) {
+      const Complex<T> w = circle(step * j);
+      *p++ = w.re;
+      *p++ = w.im;
     }
+    return p;
+  }
+  for (int j = 1; j < n; j += L) {
+    T points[2 * L];
+    Interleaved<T>{points}.put(0, multiples<V, ByChunks>(circle, step, j));
+    int elements = 2 * (n - j < L ? n - j : L);
+    const T* from = points;
+    for (; elements >= L; elements -= L, from += L, p += L) store(p, load<V>(from));
+    if (elements > 0) storePart(p, load<V>(from), elements);
+    p += elements;
   }
   return p;
 }
@@ -99,66 +126,39 @@ constexpr void makeTwiddles(T* table, const T* sine, int sineOrder, int order) {
   makeColumns(table + layout.columns, sine, sineOrder, passesOf<T>(order));
 }
 
+// Points quarter + first + l, 0 - sin - i cos of the angle beyond the quarter: both come as runs. No zero is negative.
+template <class V, class T>
+constexpr void putSplitPoints(T* p, const UnitCircle<T>& circle, int32_t quarter, int32_t first) {
+  if (std::is_constant_evaluated()) return putPoints<V, ByChunks>(p, circle, 1, quarter + first);
+  const auto last = [](int i) { return lanes<V> - 1 - ByChunks::lane<V>(i); };
+  store(p, V{} - shuffle(load<V>(circle.sines() + first), [](int i) { return ByChunks::lane<V>(i); }));
+  store(p + lanes<V>, V{} - shuffle(load<V>(circle.sines() + quarter - first - lanes<V> + 1), last));
+}
+
+// The first quarter of the circle.
+template <class T>
+constexpr void putCoarseSplitPoints(T* p, const UnitCircle<T>& circle) {
+  for (int32_t j = 0; j < circle.quarter(); ++j) {
+    const Complex<T> w = circle(j);
+    *p++ = w.re;
+    *p++ = w.im;
+  }
+}
+
 // See real_split.hpp. A factor of -i is a quarter of the circle.
 template <class V, class T>
 constexpr void makeSplitTwiddles(T* table, const T* sine, int sineOrder, int order) {
   const UnitCircle<T> circle(sine, sineOrder, order);
   const bool twoLevels = splitInTwoLevels<T>(order);
   const int32_t quarter = (1 << order) / 4, pairs = twoLevels ? 1024 : quarter;
-  for (int32_t i = 0; i < pairs; i += lanes<V>) putPoints<V, ByChunks>(table + 2 * i, circle, 1, quarter + i + 1);
-  if (!twoLevels) return;
-  T* coarse = table + 2 * pairs;
-  for (int32_t j = 0; j < 1 << (order - 12); ++j) {
-    const Complex<T> w = circle(1024 * j);
-    *coarse++ = w.re;
-    *coarse++ = w.im;
-  }
+  for (int32_t i = 0; i < pairs; i += lanes<V>) putSplitPoints<V>(table + 2 * i, circle, quarter, i + 1);
+  if (twoLevels) putCoarseSplitPoints(table + 2 * pairs, UnitCircle<T>(sine, sineOrder, order - 10));
 }
 
 template <class T>
 constexpr void makeSplitTwiddles(T* table, const T* sine, int sineOrder, int order) {
   if (splitLanes<T>(order) == kLanes<T>) makeSplitTwiddles<Vec<T>>(table, sine, sineOrder, order);
   else if constexpr (kAvx512 && sizeof(T) == 4) makeSplitTwiddles<Vec<T, kLanes<T> / 2>>(table, sine, sineOrder, order);
-}
-
-// Up to these orders the tables are constants.
-inline constexpr int kMaxConstantOrder = 10, kMaxConstantSplitOrder = 11;
-
-template <class T, int order>
-struct ConstantTwiddles {
-  alignas(64) T table[2 << order];
-  constexpr ConstantTwiddles() : table{} { makeTwiddles<ByChunks>(table, kQuarterWave<T>.sine, kConstantOrder, order); }
-};
-template <class T, int order>
-struct ConstantSplitTwiddles {
-  alignas(64) T table[1 << (order - 1)];
-  constexpr ConstantSplitTwiddles() : table{} { makeSplitTwiddles(table, kQuarterWave<T>.sine, kConstantOrder, order); }
-};
-
-// The constant tables of orders from first on.
-template <template <class, int> class Table, class T, int first, int n>
-struct ConstantTables {
-  const T* ofOrder[n];
-
-  template <int order>
-  static constexpr Table<T, order> kTable{};
-
-  constexpr ConstantTables() : ConstantTables(std::make_integer_sequence<int, n>{}) {}
-  template <int... i>
-  constexpr explicit ConstantTables(std::integer_sequence<int, i...>) : ofOrder{kTable<first + i>.table...} {}
-};
-template <template <class, int> class Table, class T, int first, int last>
-inline constexpr ConstantTables<Table, T, first, last - first + 1> kConstantTables;
-
-template <class T>
-const T* constantTwiddles(int order) {
-  constexpr int kFirst = kMaxShortOrder<T> + 1;
-  return kConstantTables<ConstantTwiddles, T, kFirst, kMaxConstantOrder>.ofOrder[order - kFirst];
-}
-template <class T>
-const T* constantSplitTwiddles(int order) {
-  constexpr int kFirst = kMaxSmallRealOrder + 1;
-  return kConstantTables<ConstantSplitTwiddles, T, kFirst, kMaxConstantSplitOrder>.ofOrder[order - kFirst];
 }
 
 }  // namespace ovks::fft

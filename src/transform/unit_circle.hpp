@@ -22,17 +22,24 @@ struct QuarterWave {
 template <class T>
 inline constexpr QuarterWave<T> kQuarterWave;
 
-// table[k] = sin(2 pi k / N), k = 0 ... N/4, N = 2^order > 2048.
+// table[k] = sin(2 pi k / N), first <= k < end, N = 2^order > 2048, in whole vectors.
 template <class T>
-inline void computeQuarterWave(T* table, int order) {
+inline void computeSines(T* table, int order, std::ptrdiff_t first, std::ptrdiff_t end) {
   using V = Vec<double>;
   const std::ptrdiff_t points = std::ptrdiff_t{1} << (order - 2);
   V index;
   for (int i = 0; i < lanes<V>; ++i) index[i] = i;
-  for (std::ptrdiff_t k = 0; k < points; k += lanes<V>) {
+  for (std::ptrdiff_t k = first; k < end; k += lanes<V>) {
     const V t = (index + static_cast<double>(k)) * (1.0 / static_cast<double>(points));
     store(table + k, convert<T>(sineOfQuarter<T>(t, 2 * k >= points)));
   }
+}
+
+// The whole quarter wave, k = 0 ... N/4.
+template <class T>
+inline void computeQuarterWave(T* table, int order) {
+  const std::ptrdiff_t points = std::ptrdiff_t{1} << (order - 2);
+  computeSines(table, order, 0, points);
   table[points] = 1;
 }
 
@@ -65,6 +72,11 @@ class UnitCircle {
       default: return {up, down};
     }
   }
+
+  // The quarter wave, for every point where the circle has as many.
+  constexpr const T* sines() const { return sine_; }
+
+  constexpr int32_t quarter() const { return quarter_; }
 
   // The points of each lane's j.
   template <class V>
