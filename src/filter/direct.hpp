@@ -39,20 +39,23 @@ class DirectFilter {
   static constexpr int kOutputs = (kAvx512 ? 16 : 8) / P;
   static constexpr int kRows = P == 2 && !kAvx512 ? 2 : 4;
 
-  template <int J>
+  // J vectors of sums. Rows add to `sets` of them by turns, where few sums would wait for each other.
+  template <int J, int sets = 1>
   struct Accumulators {
-    V sum[P][J];
+    static_assert(P == 1 || sets == 1);
+    V sum[P * sets][J];
 
     // One by one, as a call or string instruction for all would take longer than a few taps.
     OVKS_INLINE Accumulators() {
-      for (int p = 0; p < P; ++p) {
+      for (int p = 0; p < P * sets; ++p) {
 #pragma GCC unroll 16
         for (int j = 0; j < J; ++j) sum[p][j] = V{};
       }
     }
 
     OVKS_INLINE V result(int j) const {
-      if constexpr (P == 1) return sum[0][j];
+      if constexpr (sets == 2) return sum[0][j] + sum[1][j];
+      else if constexpr (P == 1) return sum[0][j];
       // Imaginary taps turn (re, im) into (-im, re).
       else return fmaSubAdd(sum[0][j], broadcast<V>(1), swapParts(sum[1][j]));
     }
@@ -109,7 +112,7 @@ class DirectFilter {
   template <int J>
   void blocksAmongZeros(const T* x, std::ptrdiff_t count, T* y, std::ptrdiff_t i, std::ptrdiff_t n) const {
     for (; i + J * E <= n; i += J * E) {
-      Accumulators<J> a;
+      Accumulators<J, (P == 1 && J < kOutputs ? 2 : 1)> a;
       accumulate(a, InputsAmongZeros{x, i, count});
       for (int j = 0; j < J; ++j) store(y + i + j * E, a.result(j));
     }
@@ -123,8 +126,8 @@ class DirectFilter {
   }
 
   // at(i) gives the inputs from x[i] on.
-  template <int J, class F>
-  OVKS_INLINE void accumulate(Accumulators<J>& a, F at) const {
+  template <class A, class F>
+  OVKS_INLINE void accumulate(A& a, F at) const {
     int first = 0;
     for (; first + kRows * E <= tapsLen_; first += kRows * E) {
       for (int k = first; k < first + E; ++k) rows<kRows>(a, at, k);
@@ -135,8 +138,8 @@ class DirectFilter {
   }
 
   // Taps k .. end - 1, each with the ones whole vectors behind it, count rows in all.
-  template <int J, class F>
-  OVKS_INLINE void remaining(Accumulators<J>& a, F at, int k, int end, int count) const {
+  template <class A, class F>
+  OVKS_INLINE void remaining(A& a, F at, int k, int end, int count) const {
     if (count == 1) {
       few<1>(a, at, k, end);
     } else if (count == 2) {
@@ -149,9 +152,9 @@ class DirectFilter {
   }
 
   // Few rows ask for many loads: one for two taps does where vectors shift cheaply.
-  template <int I, int J, class F>
-  OVKS_INLINE void few(Accumulators<J>& a, F at, int k, int end) const {
-    if constexpr (kAvx512 && P == 1)
+  template <int I, class A, class F>
+  OVKS_INLINE void few(A& a, F at, int k, int end) const {
+    if constexpr (kAvx512 && P == 1 && !std::is_same_v<F, InputsAmongZeros>)
       for (; k + 1 < end; k += 2) neighbours<I>(a, at, k);
     for (; k < end; ++k) rows<I>(a, at, k);
   }
@@ -185,8 +188,8 @@ class DirectFilter {
   }
 
   // The taps k, k + E, ... k + (I - 1) E.
-  template <int I, int J, class F>
-  OVKS_INLINE void rows(Accumulators<J>& a, F at, int k) const {
+  template <int I, int J, int sets, class F>
+  OVKS_INLINE void rows(Accumulators<J, sets>& a, F at, int k) const {
     V tap[P][I];
     for (int p = 0; p < P; ++p) {
       for (int i = 0; i < I; ++i) tap[p][i] = broadcast<V>(taps_[(k + i * E) * P + p]);
@@ -199,7 +202,10 @@ class DirectFilter {
       for (int i = 0; i < I; ++i) {
         const int j = m + i;
         if (j < 0 || j >= J) continue;
-        for (int p = 0; p < P; ++p) a.sum[p][j] = fma(tap[p][i], x, a.sum[p][j]);
+        for (int p = 0; p < P; ++p) {
+          V& sum = a.sum[p + i % sets][j];
+          sum = fma(tap[p][i], x, sum);
+        }
       }
     }
   }
