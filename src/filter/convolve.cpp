@@ -9,6 +9,7 @@
 #include "filter/memory.hpp"
 #include "filter/overlap_save.hpp"
 #include "ovks/filter.h"
+#include "transform/real_convolution.hpp"
 
 namespace {
 
@@ -136,6 +137,15 @@ void convolveMany(const T* x, int64_t n, const T* taps, int tapsLen, T* y) {
   }
 }
 
+// In one transform that fits the caches.
+template <class T>
+void convolveInCaches(const Plan& plan, const Areas<T>& areas, const T* longer, const T* shorter, T* pDst,
+                      uint8_t* start) {
+  const fft::ConvolutionMemory<T> memory = {reinterpret_cast<T*>(start + areas.work),
+                                            reinterpret_cast<T*>(start + areas.elements), start};
+  fft::convolveReals<T>(plan.order(), {longer, plan.longer}, {shorter, plan.shorter}, pDst, plan.results(), memory);
+}
+
 template <class T>
 Status convolveByTransform(const Plan& plan, const T* longer, const T* shorter, T* pDst, uint8_t* pBuffer) {
   using F = Transforms<T>;
@@ -145,6 +155,10 @@ Status convolveByTransform(const Plan& plan, const T* longer, const T* shorter, 
   if (const Status s = transformSizes<T>(order, sizes)) return s;
   const Areas<T> areas(sizes, order);
   uint8_t* const start = alignUp64(pBuffer);
+  if (plan.inOneTransform() && fft::convolvesReals<T>(order)) {
+    convolveInCaches(plan, areas, longer, shorter, pDst, start);
+    return StatusOk;
+  }
   const auto spectrum = reinterpret_cast<T*>(start + areas.elements), block = spectrum + N;
   typename F::Spec* spec;
   if (const Status s = F::kInit(&spec, order, FFTDivInvByN, AlgHintNone, start, start + areas.init)) return s;

@@ -46,6 +46,35 @@ TEST(Convolve, AgainstTheSum) {
   // Block path and single transform on either side of 3 : 1, tiles at the ends of long direct ones.
   for (const auto& [m, n] : {std::pair{600u, 200u}, {599, 200}, {700, 513}, {1100, 1024}, {2000, 1500}, {5000, 70}})
     check(m, n, {FilterAlgDirect, FilterAlgFFT, FilterAlgAuto});
+  check(6000, 5000, {FilterAlgFFT});
+}
+
+// With impulses as one sequence the sum is short. Long transforms of both treat them alike to the bit.
+template <class T>
+void checkImpulses(std::size_t n) {
+  SCOPED_TRACE(testing::Message() << n << ' ' << sizeof(T));
+  Random random("samples");
+  const auto x = noise<T>(random, n);
+  Sequence<T> impulses(n);
+  impulses[7] = T(0.75);
+  impulses[n / 3] = T(-0.5);
+  impulses[n - 1] = 1;
+  const auto got = convolved(x, impulses, FilterAlgFFT);
+  ASSERT_EQ(got.size(), 2 * n - 1);
+  for (std::size_t i = 0; i < got.size(); ++i) {
+    long double want = 0;
+    for (const std::size_t k : {std::size_t{7}, n / 3, n - 1})
+      if (i >= k && i - k < n) want += wide(impulses[k]) * wide(x[i - k]);
+    ASSERT_LE(std::abs(wide(got[i]) - want), 32 * std::numeric_limits<T>::epsilon()) << i;
+  }
+  EXPECT_TRUE(sameBits(convolved(impulses, x, FilterAlgFFT), got));
+}
+
+TEST(Convolve, LongSequences) {
+  for (const std::size_t n : {1024, 20000, 65536, 100001}) {
+    checkImpulses<float>(n);
+    checkImpulses<double>(n);
+  }
 }
 
 // What Auto takes shows in the size of its buffer.
