@@ -47,17 +47,25 @@ void close(const Job<Lane<V>>& job, Rows<V> rows, Points dst, std::ptrdiff_t m, 
   else close<D, false>(job, rows, dst, m, twiddles);
 }
 
+// All passes over the columns, from the caller's points into the work buffer's rows.
+template <Direction D, class V, class Points>
+Rows<V> transformColumns(int order, const Lane<V>* twiddles, Points src, Lane<V>* work) {
+  const std::ptrdiff_t m = (std::ptrdiff_t{1} << order) / lanes<V>;
+  const Passes& passes = passesOf<Lane<V>>(order);
+  const Rows<V> rows = rowsIn<V>(OneArray<Lane<V>>{work});
+  const int bits = passes.bits[0];
+  firstPass<D>(bits, PointRows<V, Points>{src}, rows, m);
+  const std::ptrdiff_t blocks = std::ptrdiff_t{1} << bits;
+  Columns<D, Rows<V>>(passes, twiddles).run(1, rows, m >> bits, 0, blocks, blocks);
+  return rows;
+}
+
 template <Direction D, class V, class Points>
 void inCache(const Job<Lane<V>>& job, Points src, Points dst) {
   using T = Lane<V>;
   const std::ptrdiff_t m = (std::ptrdiff_t{1} << job.order) / lanes<V>;
-  const Passes& passes = passesOf<T>(job.order);
-  const TwiddleLayout<T> layout(job.order);
-  const Rows<V> rows = rowsIn<V>(OneArray<T>{job.work});
-  const int bits = passes.bits[0];
-  firstPass<D>(bits, PointRows<V, Points>{src}, rows, m);
-  const std::ptrdiff_t blocks = std::ptrdiff_t{1} << bits;
-  Columns<D, Rows<V>>(passes, job.twiddles + layout.columns).run(1, rows, m >> bits, 0, blocks, blocks);
+  const T* const columns = job.twiddles + TwiddleLayout<T>(job.order).columns;
+  const Rows<V> rows = transformColumns<D, V>(job.order, columns, src, job.work);
   if constexpr (lanes<V> == 8)
     if (job.order >= kMinFewTwiddlesOrder<T>) return close<D>(job, rows, dst, m, TileTwiddles<V, true>{job.twiddles});
   close<D>(job, rows, dst, m, TileTwiddles<V, false>{job.twiddles});

@@ -45,13 +45,8 @@ struct Ragged {
 template <Direction D, bool scale, class Tables, class Points, class Results, class T>
 void transform(int order, const Tables& tables, Points src, Results dst, T* work, T factor) {
   using V = Vec<T>;
+  const Rows<V> rows = transformColumns<D, V>(order, tables.columns, src, work);
   const std::ptrdiff_t m = (std::ptrdiff_t{1} << order) / lanes<V>;
-  const Passes& passes = passesOf<T>(order);
-  const Rows<V> rows = rowsIn<V>(OneArray<T>{work});
-  const int bits = passes.bits[0];
-  firstPass<D>(bits, PointRows<V, Points>{src}, rows, m);
-  const std::ptrdiff_t blocks = std::ptrdiff_t{1} << bits;
-  Columns<D, Rows<V>>(passes, tables.columns).run(1, rows, m >> bits, 0, blocks, blocks);
   closingPass<D, scale>(rows, dst, m, tables.tiles, tables.bitReversal, factor);
 }
 
