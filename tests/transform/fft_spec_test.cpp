@@ -23,8 +23,9 @@ const Kind& kindOf(const Prototype& p) {
   return *std::find_if(kKinds, std::end(kKinds), [&](const Kind& k) { return p.name.ends_with(k.name); });
 }
 
+using GetSize = Status (*)(int order, int flag, AlgHint, int*, int*, int*);
+
 TEST(FftSpec, Sizes) {
-  using GetSize = Status (*)(int order, int flag, AlgHint, int*, int*, int*);
   forFamilies<"ovksFFTGetSize_">([](GetSize getSize) {
     const Kind& kind = kindOf(prototypeOf(getSize));
     SCOPED_TRACE(kind.name);
@@ -42,6 +43,18 @@ TEST(FftSpec, Sizes) {
     EXPECT_TRUE(specs == kind.specs && rooms == kind.rooms && works == kind.works)
         << specs << ' ' << rooms << ' ' << works;
   });
+}
+
+TEST(FftSpec, SizesOfLargeOrders) {
+  const std::tuple<GetSize, int, int> large[] = {{ovksFFTGetSize_C_32fc, 19, 2888640},
+                                                 {ovksFFTGetSize_C_32fc, 27, 673588224},
+                                                 {ovksFFTGetSize_C_32fc, 28, 1347167744},
+                                                 {ovksFFTGetSize_R_32f, 20, 2909120}};
+  for (const auto& [getSize, order, size] : large) {
+    int spec = 0, room, work;
+    EXPECT_EQ(getSize(order, FFTNoDiv, AlgHintNone, &spec, &room, &work), StatusOk);
+    EXPECT_EQ(spec, size);
+  }
 }
 
 // The header's fields, as every reader of the object may expect them.
