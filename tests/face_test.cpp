@@ -1,19 +1,40 @@
 // SPDX-License-Identifier: MIT
-// The C++ face: each form of call reaches its C function.
+// The C++ face: each form of call reaches its C function, what is wrong with a call becomes an exception, and objects
+// own their memory.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <regex>
 #include <set>
-#include <string>
-#include <string_view>
 
 #include "ovks.hpp"
+
+namespace {
+
+std::ptrdiff_t alignedBlocks = 0;  // in use
+
+}  // namespace
+
+void* operator new(std::size_t size, std::align_val_t alignment) {
+  // The library's memory is aligned to 64 bytes, on every system.
+  void* const p = static_cast<std::size_t>(alignment) <= 64 ? ovksMalloc_8u(static_cast<int>(size)) : nullptr;
+  if (!p) throw std::bad_alloc();
+  ++alignedBlocks;
+  return p;
+}
+void operator delete(void* p, std::align_val_t) noexcept {
+  if (p) --alignedBlocks;
+  ovksFree(p);
+}
+
+// What containers of them are compared and printed by.
+static bool operator==(Complex32f a, Complex32f b) { return a.re == b.re && a.im == b.im; }
+static bool operator==(Complex64f a, Complex64f b) { return a.re == b.re && a.im == b.im; }
+static bool operator==(Complex16s a, Complex16s b) { return a.re == b.re && a.im == b.im; }
 
 namespace {
 
@@ -41,7 +62,7 @@ TEST(Face, Elementwise) {
   vector<Complex32f> z(2);
   ovks::set({1, -1}, z);
   ovks::mul(a, z);
-  EXPECT_EQ(z[1].im, -2);
+  EXPECT_EQ(z, (vector<Complex32f>{{1, -1}, {2, -2}}));
 }
 
 TEST(Face, Reductions) {
@@ -80,7 +101,7 @@ TEST(Face, Sorting) {
 
 template <class T>
 void expectTransforms() {
-  using Complex = typename ovks::ComplexFFT<T>::Complex;
+  using Points = vector<typename ovks::ComplexFFT<T>::Complex>;
   const vector<T> x = {1, 2, 3, 4}, ccs = {10, 0, -2, 2, -2, 0}, re = {10, -2, -2, -2}, im = {0, 2, 0, -2};
   vector<T> spectrum(6), y(4), z(4);
   ovks::RealFFT<T> real(2);
@@ -100,11 +121,11 @@ void expectTransforms() {
   EXPECT_TRUE(y == re && z == im);
   split.inverse(y, z);
   EXPECT_TRUE(y == x && z == vector<T>(4));
-  vector<Complex> points(4), back(4), many(1 << 16, Complex{1, 0});
+  Points points(4), back(4), many(1 << 16, {1, 0});
   ovks::conjCcs(spectrum, points);
+  EXPECT_EQ(points, (Points{{10, 0}, {-2, 2}, {-2, 0}, {-2, -2}}));
   ovks::ComplexFFT<T>(2).inverse(points, back);
-  for (std::size_t i = 0; i < 4; ++i)
-    EXPECT_TRUE(points[i].re == re[i] && points[i].im == im[i] && back[i].re == x[i] && back[i].im == 0) << i;
+  EXPECT_EQ(back, (Points{{1, 0}, {2, 0}, {3, 0}, {4, 0}}));
   ovks::ComplexFFT<T>(16).forward(many);  // with room to work in
   EXPECT_EQ(many[0].re, 1 << 16);
 }
@@ -114,35 +135,32 @@ TEST(Face, Transforms) {
   expectTransforms<double>();
 }
 
-template <class T>
-T number(int x) {
-  if constexpr (std::is_arithmetic_v<T>) return static_cast<T>(x);
-  else return {static_cast<decltype(T::re)>(x), 0};
-}
-
 // An impulse gives the taps, whatever the blocks.
 template <class S>
-void expectTaps() {
+void expectTaps(S one, S two) {
   using Tap = typename ovks::FIR<S>::Tap;
-  ovks::FIR<S> filter(std::array{number<Tap>(1), number<Tap>(2)});
-  std::array x = {number<S>(1), S{}, S{}};
-  const std::array expected = {number<S>(1), number<S>(2), S{}};
+  const auto tap = [](S x) {
+    if constexpr (requires { x.re; }) return Tap{static_cast<decltype(Tap::re)>(x.re), 0};
+    else return static_cast<Tap>(x);
+  };
+  ovks::FIR<S> filter(std::array{tap(one), tap(two)});
+  vector<S> x = {one, S{}, S{}};
   const std::span<S> all(x);
   filter.filter(all.first(2));
-  filter.filter(vector(all.begin() + 2, all.end()), all.subspan(2));
-  EXPECT_EQ(std::memcmp(&x, &expected, sizeof x), 0);
+  filter.filter(vector(x.begin() + 2, x.end()), all.subspan(2));
+  EXPECT_EQ(x, (vector{one, two, S{}}));
   filter.filter(all.first(1));
   filter.reset();
-  EXPECT_EQ(std::memcmp(filter.delay().data(), &x[2], sizeof(S)), 0);
+  EXPECT_EQ(filter.delay()[0], S{});
 }
 
 TEST(Face, Filters) {
-  expectTaps<float>();
-  expectTaps<double>();
-  expectTaps<Complex32f>();
-  expectTaps<Complex64f>();
-  expectTaps<int16_t>();
-  expectTaps<Complex16s>();
+  expectTaps<float>(1, 2);
+  expectTaps<double>(1, 2);
+  expectTaps<Complex32f>({1, 0}, {2, 0});
+  expectTaps<Complex64f>({1, 0}, {2, 0});
+  expectTaps<int16_t>(1, 2);
+  expectTaps<Complex16s>({1, 0}, {2, 0});
   const vector<double> x = {1, 2, 3}, y = {1, -1}, product = {1, 1, 1, -3};
   vector<double> z(4);
   ovks::convolve(x, y, z);
@@ -188,6 +206,81 @@ TEST(Face, HasEveryExport) {
 #define X(name) EXPECT_TRUE(has(#name)) << #name;
 #include "exports.inc"
 #undef X
+}
+
+void expectError(Status status, auto call) {
+  try {
+    call();
+    ADD_FAILURE() << "no error, but " << status << " was expected";
+  } catch (const ovks::Error& e) {
+    EXPECT_EQ(e.status(), status) << e.what();
+  }
+}
+
+TEST(Face, LengthsAreChecked) {
+  const vector<float> three(3, 1.0f), four(4, 1.0f);
+  vector<float> dst(4, 7.0f), none;
+  vector<int32_t> positions(3);
+  vector<Complex32f> points(4);
+  const auto unequal = [](auto call) { expectError(StatusBadSize, call); };
+  unequal([&] { ovks::add(three, four, dst); });
+  unequal([&] { ovks::mulC(three, 2, dst); });
+  unequal([&] { (void)ovks::dotProd(three, four); });
+  unequal([&] { ovks::sortRadixIndex(dst, positions); });
+  unequal([&] { ovks::conjCcs(four, points); });
+  unequal([&] { ovks::convolve(three, four, dst); });
+  unequal([&] { ovks::FIR<float>(four).filter(three, dst); });
+  unequal([&] { ovks::RealFFT<float>(2).toCcs(four, dst); });
+  unequal([&] { ovks::zero(none); });
+  unequal([&] { ovks::FIR<float>{none}; });
+  unequal([&] { ovks::convolve(none, four, dst); });
+  unequal([&] { ovks::addC(std::span(three.data(), std::size_t{1} << 31), 1, std::span(dst.data(), 1u << 31)); });
+  EXPECT_EQ(dst, vector<float>(4, 7.0f));
+}
+
+TEST(Face, ErrorsCarryTheStatus) {
+  vector<float> x(100, 1.0f);
+  const std::ptrdiff_t before = alignedBlocks;
+  expectError(StatusHugeWin, [&] { ovks::kaiser(x, 1000); });
+  expectError(StatusBadFFTOrder, [] { ovks::RealFFT<float>{-1}; });
+  expectError(StatusBadFFTFlag, [] { ovks::ComplexFFT<double>(4, 3); });
+  expectError(StatusBadAlgType, [&] { ovks::FIR<float>(x, 3); });
+  expectError(StatusNullPtr, [] { ovks::zero(std::span(static_cast<float*>(nullptr), 1)); });
+  EXPECT_EQ(alignedBlocks, before) << "what an object took is released when its construction fails";
+  try {
+    ovks::divC(0, x);
+    FAIL();
+  } catch (const std::runtime_error& e) {
+    EXPECT_STREQ(e.what(), "ovksDivC_32f_I: the constant divisor is zero (status -10)");
+  }
+}
+
+template <class T>
+void expectMoves(auto use, const auto&... arguments) {
+  static_assert(!std::is_copy_constructible_v<T> && !std::is_copy_assignable_v<T>);
+  static_assert(std::is_nothrow_move_constructible_v<T> && std::is_nothrow_move_assignable_v<T>);
+  const std::ptrdiff_t before = alignedBlocks;
+  {
+    T a(arguments...), b(arguments...);
+    EXPECT_GT(alignedBlocks, before);
+    b = T(std::move(a));
+    use(b);
+    expectError(StatusNullPtr, [&] { use(a); });
+    a = std::move(b);
+    use(a);
+  }
+  EXPECT_EQ(alignedBlocks, before);
+}
+
+TEST(Face, ObjectsMoveAndReleaseWhatTheyOwn) {
+  ovks::Vector<float> x(64);
+  vector<Complex64f> z(64);
+  EXPECT_EQ(reinterpret_cast<std::uintptr_t>(x.data()) % 64, 0u);
+  expectMoves<ovks::RealFFT<float>>([&](auto& fft) { fft.toPerm(x); }, 6);
+  expectMoves<ovks::ComplexFFT<double>>([&](auto& fft) { fft.forward(z); }, 6);
+  expectMoves<ovks::SplitFFT<float>>([&](auto& fft) { fft.inverse(x, x); }, 6);
+  expectMoves<ovks::FIR<float>>([&](auto& filter) { filter.filter(x); }, vector<float>(5));
+  expectMoves<ovks::UniformRandom<float>>([&](auto& random) { random(x); }, 0.0f, 1.0f, 1u);
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-# What the modules need of others: the companion and the C run time only, of which they take no memory.
-#   cmake -DNM=nm -DOBJDUMP=objdump -DMODULES=a.so;b.so -P imports.cmake
+# What the modules need of others: the companion and the C run time only. Nothing but its exports takes memory of them.
+#   cmake -DNM=nm -DOBJDUMP=objdump -DMODULES=a.so;b.so -DOBJECTS=a.o;b.o -P imports.cmake
 foreach(module IN LISTS MODULES)
   execute_process(COMMAND "${OBJDUMP}" -p "${module}" OUTPUT_VARIABLE headers COMMAND_ERROR_IS_FATAL ANY)
   string(REGEX MATCHALL "(NEEDED|DLL Name:) +[^\n]+" libraries "${headers}")
@@ -17,5 +17,11 @@ foreach(module IN LISTS MODULES)
     if(symbols)
       message(FATAL_ERROR "${module} calls ${symbols}")
     endif()
+  endif()
+endforeach()
+foreach(object IN LISTS OBJECTS)
+  execute_process(COMMAND "${NM}" --undefined-only "${object}" OUTPUT_VARIABLE symbols COMMAND_ERROR_IS_FATAL ANY)
+  if(symbols MATCHES " ovk(Malloc|Free)\n" AND NOT object MATCHES "/core/allocation.cpp.o")
+    message(FATAL_ERROR "${object} allocates or releases memory")
   endif()
 endforeach()

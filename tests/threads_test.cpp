@@ -23,24 +23,18 @@ Result resultOf(Call& call) {
 void check(const Prototype& p, const Shape& shape) {
   Random random(p.name);
   Call alone(p, shape, random);
-  std::vector<Call> calls;
-  for (int k = 0; k < kThreads; ++k) {
-    calls.emplace_back(p, shape, random, alone.object());
-    for (std::size_t i = 0; i < p.parameters.size(); ++i) calls.back().adopt(i, alone.data(i));
-    calls.back().adoptConstants(alone);
-  }
   std::atomic<int> waiting = kThreads;
-  std::vector<Result> results(kThreads * kRounds);
-  const auto work = [&](int k) {
+  std::vector<std::vector<Result>> results(kThreads);
+  const auto work = [&](Call call, std::vector<Result>& all) {
+    for (std::size_t i = 0; i < p.parameters.size(); ++i) call.adopt(i, alone.data(i));
+    call.adoptConstants(alone);
     for (--waiting; waiting > 0;) std::this_thread::yield();
-    for (int round = 0; round < kRounds; ++round)
-      results[static_cast<std::size_t>(k * kRounds + round)] = resultOf(calls[static_cast<std::size_t>(k)]);
+    for (int round = 0; round < kRounds; ++round) all.push_back(resultOf(call));
   };
   std::vector<std::thread> threads;
-  for (int k = 0; k < kThreads; ++k) threads.emplace_back(work, k);
+  for (auto& all : results) threads.emplace_back(work, Call(p, shape, random, alone.object()), std::ref(all));
   for (std::thread& t : threads) t.join();
-  const Result want = resultOf(alone);
-  for (const Result& got : results) EXPECT_TRUE(got == want) << p.name;
+  EXPECT_TRUE(results == std::vector(kThreads, std::vector(kRounds, resultOf(alone)))) << p.name;
 }
 
 TEST(Threads, ShareSpecifications) {

@@ -5,26 +5,24 @@
 namespace ovks::test {
 namespace {
 
-bool isAligned(const void* p) { return reinterpret_cast<std::uintptr_t>(p) % 64 == 0; }
+// Every byte of an allocation is there, at an aligned address.
+template <class T>
+void checkAllocation(T* p, std::size_t bytes, auto release) {
+  ASSERT_TRUE(p && reinterpret_cast<std::uintptr_t>(p) % 64 == 0);
+  std::memset(static_cast<void*>(p), 0x5a, bytes);
+  release(p);
+}
 
-// Every element of an allocation is there, and its length is limited to 2^31 - 1 bytes.
+// Lengths are limited to 2^31 - 1 bytes.
 template <class T>
 void checkMalloc(T* (*allocate)(int)) {
-  for (const int len : {1, 3, 1000}) {
-    T* p = allocate(len);
-    ASSERT_NE(p, nullptr);
-    EXPECT_TRUE(isAligned(p));
-    std::memset(static_cast<void*>(p), 0x5a, static_cast<std::size_t>(len) * sizeof(T));
-    ovksFree(p);
-  }
+  for (const int len : {1, 3, 1000})
+    checkAllocation(allocate(len), static_cast<std::size_t>(len) * sizeof(T), ovksFree);
   for (const int len : {0, -1, INT32_MIN}) EXPECT_EQ(allocate(len), nullptr);
   if constexpr (sizeof(T) > 1) {
     constexpr auto kTooLong = static_cast<int>((std::int64_t{1} << 31) / std::int64_t{sizeof(T)});
-    EXPECT_EQ(allocate(kTooLong), nullptr);
-    EXPECT_EQ(allocate(INT32_MAX), nullptr);
-    T* longest = allocate(kTooLong - 1);  // never touched, so it costs address space only
-    EXPECT_NE(longest, nullptr);
-    ovksFree(longest);
+    for (const int len : {kTooLong, INT32_MAX}) EXPECT_EQ(allocate(len), nullptr);
+    checkAllocation(allocate(kTooLong - 1), 1, ovksFree);  // never touched, so it costs address space only
   }
 }
 
@@ -35,10 +33,7 @@ TEST(Malloc, EveryType) {
 
 TEST(LibraryVersion, Record) {
   const LibraryVersion& v = *ovksGetLibVersion();
-  EXPECT_EQ(v.major, 9);
-  EXPECT_EQ(v.minor, 0);
-  EXPECT_EQ(v.majorBuild, 2);
-  EXPECT_EQ(v.build, 49912);
+  EXPECT_EQ((std::array{v.major, v.minor, v.majorBuild, v.build}), (std::array{9, 0, 2, 49912}));
   const bool avx512 = std::memcmp(v.targetCpu, "n0\0", 4) == 0;
   EXPECT_TRUE(avx512 || std::memcmp(v.targetCpu, "a2\0", 4) == 0);
   EXPECT_STREQ(v.Name, avx512 ? "ovkSP AVX-512F/CD/ER/PF (n0)" : "ovkSP AVX2/FMA (a2)");
@@ -47,16 +42,11 @@ TEST(LibraryVersion, Record) {
 }
 
 TEST(Companion, Allocates) {
-  for (const std::int64_t size : {1, 64, 65, 1 << 20}) {
-    void* p = ovkMalloc(size);
-    ASSERT_TRUE(p && isAligned(p));
-    std::memset(p, 0, static_cast<std::size_t>(size));
-    ovkFree(p);
-  }
+  for (const std::int64_t size : {1, 64, 65, 1 << 20})
+    checkAllocation(ovkMalloc(size), static_cast<std::size_t>(size), ovkFree);
   for (const std::int64_t size : {std::int64_t{0}, std::int64_t{-1}, INT64_MIN}) EXPECT_EQ(ovkMalloc(size), nullptr);
 #ifndef __SANITIZE_ADDRESS__  // whose allocator takes such sizes for a mistake
-  EXPECT_EQ(ovkMalloc(INT64_MAX), nullptr);
-  EXPECT_EQ(ovkMalloc(std::int64_t{1} << 60), nullptr);
+  for (const std::int64_t size : {INT64_MAX, std::int64_t{1} << 60}) EXPECT_EQ(ovkMalloc(size), nullptr);
 #endif
 }
 
@@ -74,14 +64,14 @@ TEST(Companion, KnowsTheProcessor) {
   EXPECT_EQ(ownGetFeature(0), 1);
   EXPECT_EQ(ownGetFeature(std::uint64_t{1} << 63), 0);
   EXPECT_GE(ownGetFeature(OvkFeatureF16C), ownGetFeature(OvkFeatureAVX2));
-  const auto expectFeature = [](auto feature, int supported) { EXPECT_EQ(ownGetFeature(feature), supported != 0); };
-  expectFeature(OvkFeatureFMA, __builtin_cpu_supports("fma"));
-  expectFeature(OvkFeatureAVX2, __builtin_cpu_supports("avx2"));
-  expectFeature(OvkFeatureAVX512F, __builtin_cpu_supports("avx512f"));
-  expectFeature(OvkFeatureAVX512CD, __builtin_cpu_supports("avx512cd"));
-  expectFeature(OvkFeatureAVX512BW, __builtin_cpu_supports("avx512bw"));
-  expectFeature(OvkFeatureAVX512DQ, __builtin_cpu_supports("avx512dq"));
-  expectFeature(OvkFeatureAVX512VL, __builtin_cpu_supports("avx512vl"));
+  const std::pair<std::uint64_t, int> features[] = {{OvkFeatureFMA, __builtin_cpu_supports("fma")},
+                                                    {OvkFeatureAVX2, __builtin_cpu_supports("avx2")},
+                                                    {OvkFeatureAVX512F, __builtin_cpu_supports("avx512f")},
+                                                    {OvkFeatureAVX512CD, __builtin_cpu_supports("avx512cd")},
+                                                    {OvkFeatureAVX512BW, __builtin_cpu_supports("avx512bw")},
+                                                    {OvkFeatureAVX512DQ, __builtin_cpu_supports("avx512dq")},
+                                                    {OvkFeatureAVX512VL, __builtin_cpu_supports("avx512vl")}};
+  for (const auto& [feature, supported] : features) EXPECT_EQ(ownGetFeature(feature), supported != 0) << feature;
 }
 
 TEST(Companion, KnowsTheCache) {

@@ -44,15 +44,25 @@ auto convolution(const Sequence<U>& taps, const Sequence<T>& x, std::size_t coun
   return y;
 }
 
-// Each of the additions rounds once; a transform spreads the largest result's error over all.
+// Each of the additions rounds once; a transform spreads the largest result's error over all. Integers are rounded and
+// saturated at last.
 template <class T, class U>
 void expectConvolution(const Sequence<T>& y, const Sequence<U>& taps, const Sequence<T>& x, bool byTransform) {
-  constexpr long double unit = std::numeric_limits<Real<T>>::epsilon() / 2;
+  using R = Real<T>;
+  constexpr bool rounds = std::is_integral_v<R>;
+  constexpr long double unit = std::numeric_limits<Real<U>>::epsilon() / 2, least = rounds ? 0.5L : 1e-300L;
+  const auto error = [](long double got, long double want) {
+    using L = std::numeric_limits<R>;
+    return std::fabs(got - (rounds ? std::clamp<long double>(want, L::min(), L::max()) : want));
+  };
   const long double length = static_cast<long double>(taps.size()), spread = byTransform ? 16 * std::sqrt(length) : 0;
-  const auto want = convolution(taps, x, y.size());
+  const auto wants = convolution(taps, x, y.size());
   for (std::size_t n = 0; n < y.size(); ++n) {
-    const long double bound = unit * (2 * length * want[n].second + spread) + 1e-300L;
-    ASSERT_LE(std::abs(wide(y[n]) - want[n].first), bound) << taps.size() << " by " << x.size() << " at " << n;
+    const auto& [want, size] = wants[n];
+    const auto got = wide(y[n]);
+    ASSERT_LE(std::max(error(std::real(got), std::real(want)), error(std::imag(got), std::imag(want))),
+              unit * (2 * length * size + spread) + least)
+        << taps.size() << " by " << x.size() << " at " << n;
   }
 }
 

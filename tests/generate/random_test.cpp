@@ -32,8 +32,8 @@ class Numbers {
  public:
   Bytes state;
 
-  Numbers(const std::string& kind, T a, T b, uint32_t seed) : fill_(theOne(kind + "_", 0)) {
-    Call init(theOne(kind + "Init_", 1), Shape(), random_);
+  Numbers(const std::string& kind, T a, T b, uint32_t seed) : fill_(prototype(kind + kType)) {
+    Call init(prototype(kind + "Init" + kType), Shape(), random_);
     init.arguments[1].set(a);
     init.arguments[2].set(b);
     init.arguments[3].set(seed);
@@ -57,13 +57,10 @@ class Numbers {
   }
 
  private:
-  // The export of this name's beginning whose parameter k is of T.
-  static const Prototype& theOne(const std::string& name, std::size_t k) {
-    const auto is = [&](const Prototype& p) {
-      return p.startsWith(name) && p.parameters[k].element == &elementType<T>;
-    };
-    return *std::find_if(prototypes().begin(), prototypes().end(), is);
-  }
+  static constexpr const char* kType = sizeof(T) == 1   ? "_8u"
+                                       : sizeof(T) == 2 ? "_16s"
+                                       : sizeof(T) == 4 ? "_32f"
+                                                        : "_64f";
 
   Random random_{"numbers"};
   const Prototype& fill_;

@@ -92,20 +92,12 @@ template <class F, class... T>
 inline constexpr bool takes<F, std::tuple<T...>> = std::is_invocable_v<F, T...>;
 
 template <class R>
-Status statusOf(const R&) {
-  return StatusOk;
+WithStatus<R> withStatus(const R& r) {
+  return {r, StatusOk};
 }
 template <class R>
-Status statusOf(const WithStatus<R>& r) {
-  return r.status;
-}
-template <class R>
-R valueOf(const R& r) {
+WithStatus<R> withStatus(const WithStatus<R>& r) {
   return r;
-}
-template <class R>
-R valueOf(const WithStatus<R>& r) {
-  return r.value;
 }
 
 }  // namespace detail
@@ -115,7 +107,7 @@ template <class T, class R>
 void judgeNumber(Trial& t, int n, T got, const R& want, RoundMode mode, int scaleFactor) {
   if constexpr (std::is_same_v<R, Exact>)
     judgeNumber(t, n, got, want.template rounded<T>(scaleFactor, mode), mode, scaleFactor);
-  else if (!agrees(got, want)) t.failAt(n, text(got), text(want));
+  else if (!agrees(got, want)) t.fail("element ", n, " is ", text(got), " instead of ", text(want));
 }
 
 template <class Reference, class... P>
@@ -124,23 +116,22 @@ Export describe(Reference reference, Status (*function)(P...)) {
   constexpr bool accumulates =
       !detail::takes<Reference, decltype(S::template operands<false>(std::declval<Call&>(), 0))>;
   const auto result = [reference](Call& call, int n) {
-    return std::apply(reference, S::template operands<accumulates>(call, n));
+    return detail::withStatus(std::apply(reference, S::template operands<accumulates>(call, n)));
   };
-  using Value = decltype(detail::valueOf(result(std::declval<Call&>(), 0)));
   const auto judge = [result](Trial& t) {
     const RoundMode mode = t.call.constant("rndMode", RoundNear), scaleFactor = t.call.constant("scaleFactor", 0);
     Status status = StatusOk;
     for (int n = 0; n < t.call.shape().len; ++n) {
-      const auto r = result(t.call, n);
-      if (const Status s = detail::statusOf(r); s != StatusOk) status = s;
+      const auto want = result(t.call, n);
+      if (want.status != StatusOk) status = want.status;
       const auto got = loadElement<typename S::D>(t.results()[S::last].data(), n);
       for (int k = 0; k < parts<typename S::D> && t.status() >= 0; ++k)
-        judgeNumber(t, n, part(got, k), part(detail::valueOf(r), k), mode, scaleFactor);
+        judgeNumber(t, n, part(got, k), part(want.value, k), mode, scaleFactor);
     }
     if (t.status() != status) t.fail("status ", t.status(), " instead of ", status);
   };
-  return {&prototypeOf(function),
-          !std::is_same_v<decltype(part(std::declval<Value>(), 0)), Near>, judge};
+  using Value = decltype(part(result(std::declval<Call&>(), 0).value, 0));
+  return {&prototypeOf(function), !std::is_same_v<Value, Near>, judge};
 }
 
 template <class Reference, class... F>

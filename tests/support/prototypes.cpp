@@ -39,8 +39,7 @@ void add(std::vector<Prototype>&, const char*, const std::string&, ...) {}
 }  // namespace
 
 bool Parameter::isLength() const {
-  constexpr const char* kNames[] = {"len", "numIters", "tapsLen", "src1Len", "src2Len"};
-  return std::find(std::begin(kNames), std::end(kNames), name) != std::end(kNames);
+  return name == "len" || name == "numIters" || name == "tapsLen" || name == "src1Len" || name == "src2Len";
 }
 
 std::size_t Prototype::find(std::string_view parameter) const {
@@ -79,23 +78,18 @@ const std::vector<Prototype>& prototypes() {
   return all;
 }
 
-namespace {
-
-template <class F>
-const Prototype& theOne(F is) {
-  const auto found = std::find_if(prototypes().begin(), prototypes().end(), is);
-  if (found == prototypes().end()) std::abort();
-  return *found;
-}
-
-}  // namespace
-
 const Prototype& prototype(std::string_view name) {
-  return theOne([=](const Prototype& p) { return p.name == name; });
+  for (const Prototype& p : prototypes()) {
+    if (p.name == name) return p;
+  }
+  std::abort();
 }
 
 const Prototype& prototypeOf(const void* function) {
-  return theOne([=](const Prototype& p) { return p.function == function; });
+  for (const Prototype& p : prototypes()) {
+    if (p.function == function) return p;
+  }
+  std::abort();
 }
 
 }  // namespace ovks::test

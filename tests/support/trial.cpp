@@ -102,14 +102,12 @@ std::vector<Overlap> Trial::permitted() const {
   return found;
 }
 
-Place Trial::anywhere(const Parameter& q) {
-  const int step = q.element && random_.below(2) ? static_cast<int>(q.element->size) : 1;
-  return {random_.below(2) == 0, static_cast<std::size_t>(random_.below(64 / step) * step)};
-}
-
 std::vector<Place> Trial::everywhere() {
   std::vector<Place> places;
-  for (const Parameter& q : call.prototype().parameters) places.push_back(anywhere(q));
+  for (const Parameter& q : call.prototype().parameters) {
+    const int step = q.element && random_.below(2) ? static_cast<int>(q.element->size) : 1;
+    places.push_back({random_.below(2) == 0, static_cast<std::size_t>(random_.below(64 / step) * step)});
+  }
   return places;
 }
 
@@ -121,17 +119,6 @@ void Trial::compare(std::size_t k, const Bytes& got, const char* where) {
     return fail(q.name, '[', i / q.element->size, "] is ", q.element->text(&got[i]), ' ', where, ", else ",
                 q.element->text(&want[i]));
   }
-}
-
-void Trial::failAt(int n, const std::string& got, const std::string& want) {
-  if (!error_.empty()) return;
-  std::ostringstream operands;
-  for (const std::size_t k : call.prototype().vectors(true, false)) {
-    const ElementType& e = *call.prototype().parameters[k].element;
-    const std::size_t at = static_cast<std::size_t>(n) * e.size;
-    if (at < call.size(k)) operands << ' ' << e.text(&call.data(k)[at]);
-  }
-  fail("element ", n, " of", operands.str(), " is ", got, " instead of ", want);
 }
 
 std::string Trial::description() const {

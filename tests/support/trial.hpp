@@ -37,7 +37,7 @@ class Trial {
   // Destinations that may be sources.
   std::vector<Overlap> permitted() const;
 
-  Place anywhere(const Parameter& q);
+  // Some place for each of the operands.
   std::vector<Place> everywhere();
 
   Status status() const { return status_; }
@@ -53,9 +53,6 @@ class Trial {
     (text << ... << what);
     error_ = text.str();
   }
-
-  // The same of an element of the result.
-  void failAt(int n, const std::string& got, const std::string& want);
 
   Call call;
   bool keepsFlags = false;  // whether the exceptions' flags must stay, too

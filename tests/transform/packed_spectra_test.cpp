@@ -6,11 +6,16 @@
 namespace ovks::test {
 namespace {
 
-// X[k], 0 <= k <= n / 2.
 template <class T>
-Complex<T> point(Layout layout, std::size_t n, std::size_t k, const std::vector<T>& p) {
-  const std::size_t at = k == 0 ? 0 : placeOf(layout, n, k);
-  return {p[at], isPair(layout, n, k) ? p[at + 1] : 0};
+using Points = std::vector<Complex<T>>;
+
+// X[0] ... X[n / 2]. Only CCS has room for imaginary parts of the real points.
+template <class T>
+Points<T> anySpectrum(const Prototype& p, std::size_t n, Random& random) {
+  Points<T> x(n / 2 + 1);
+  for (std::size_t k = 0; k < x.size(); ++k)
+    x[k] = {random.value<T>(), 2 * k % n == 0 && !p.nameHas("Ccs") ? 0 : random.value<T>()};
+  return x;
 }
 
 // One product is rounded and the other fused, but for real points' only one.
@@ -21,44 +26,39 @@ Complex<T> product(bool isReal, Complex<T> a, Complex<T> b, bool conjugate) {
   return {std::fma(a.re, b.re, -(a.im * b.im)), std::fma(a.re, b.im, a.im * b.re)};
 }
 
-// Holds a result against b a or a conj(b), or against all points of a.
+// Holds a result against all points of a, or against a b or a conj(b).
 template <class T>
-void judge(Trial& t, const Bytes& result, const Bytes& first, const Bytes& second) {
+void judge(Trial& t, const Bytes& result, Points<T> a, const Points<T>& b) {
   const Prototype& p = t.call.prototype();
-  const Layout layout = layoutOf(p);
   const auto n = static_cast<std::size_t>(t.call.shape().len);
-  const std::vector<T> got = sequence<T>(result), a = sequence<T>(first), b = sequence<T>(second);
   const bool isProduct = p.startsWith("ovksMul");
-  for (std::size_t k = 0; k < (isProduct ? n / 2 + 1 : n); ++k) {
-    const bool isMirrored = 2 * k > n;
-    const Complex<T> x = point(layout, n, isMirrored ? n - k : k, a);
-    Complex<T> is = {got[2 * k % got.size()], got[(2 * k + 1) % got.size()]}, want = {x.re, isMirrored ? -x.im : x.im};
-    if (isProduct) {
-      is = point(layout, n, k, got);
-      want = product(!isPair(layout, n, k), x, point(layout, n, k, b), p.nameHas("Conj"));
-    }
-    const bool isRight = agrees(is.re, want.re) && agrees(is.im, want.im);
-    if (!isRight) t.fail("point ", k, " is ", text(is), " instead of ", text(want));
+  for (std::size_t k = 0; k <= n / 2 && isProduct; ++k) a[k] = product(2 * k % n == 0, a[k], b[k], p.nameHas("Conj"));
+  for (std::size_t k = n / 2 + 1; k < n; ++k) a.push_back({a[n - k].re, -a[n - k].im});
+  const std::vector<T> got = sequence<T>(result), want = isProduct ? packed(p, a, n) : sequence<T>(bytesOf(a));
+  for (std::size_t i = 0; i < want.size(); ++i) {
+    if (!agrees(got[i], want[i])) t.fail("number ", i, " is ", text(got[i]), " instead of ", text(want[i]));
   }
 }
 
 template <class T>
 void check(const Prototype& p, int len) {
   Random random(p.name + std::to_string(len));
+  const auto n = static_cast<std::size_t>(len);
+  const auto a = anySpectrum<T>(p, n, random), b = anySpectrum<T>(p, n, random);
   Shape shape;
   shape.len = len;
   Trial t(p, shape, random);
-  const Bytes a = t.call.data(0), b = t.call.data(p.find("len") > 1);
+  t.call.adopt(0, bytesOf(packed(p, a, n)));
+  t.call.adopt(1, bytesOf(packed(p, b, n)));
   const std::size_t destination = p.vectors(false, true)[0];
-  t.first();
-  judge<T>(t, t.results()[destination], a, b);
+  EXPECT_EQ(t.first(), StatusOk);
+  judge(t, t.results()[destination], a, b);
   t.repeat();
   if (p.has("pSrc2")) {  // a = b a
     t.call.place({}, {destination, 0, 0});
     t.execute(t.call);
-    judge<T>(t, t.call.bytes(destination), b, a);
+    judge(t, t.call.bytes(destination), b, a);
   }
-  EXPECT_EQ(t.status(), StatusOk);
   EXPECT_EQ(t.error(), "");
 }
 

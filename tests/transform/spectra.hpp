@@ -1,23 +1,22 @@
 // SPDX-License-Identifier: MIT
-// Where the points of packed spectra stand.
+// Spectra of real numbers, as they are packed.
 #pragma once
 
 #include "support/prototypes.hpp"
 
 namespace ovks::test {
 
-enum Layout { kPerm, kPack, kCcs };
-
-inline Layout layoutOf(const Prototype& p) { return p.nameHas("Perm") ? kPerm : p.nameHas("Pack") ? kPack : kCcs; }
-
-// Where X[k], 0 < k < n / 2, and X[n / 2] of an even length stand.
-inline std::size_t placeOf(Layout layout, std::size_t n, std::size_t k) {
-  if (layout == kCcs) return 2 * k;
-  if (n % 2 == 0 && 2 * k == n) return layout == kPack ? n - 1 : 1;
-  return 2 * k - (layout == kPack || n % 2);
+// X[0] ... X[n / 2] in the layout of an export's name: all of their parts, or without those that are zero. X[n / 2] of
+// an even n then comes last or, with Perm, beside X[0].
+template <class T>
+std::vector<T> packed(const Prototype& p, const std::vector<Complex<T>>& points, std::size_t n) {
+  std::vector<T> v;
+  for (std::size_t k = 0; k <= n / 2; ++k) v.insert(v.end(), {points[k].re, points[k].im});
+  if (!p.nameHas("Perm") && !p.nameHas("Pack")) return v;
+  if (p.nameHas("Perm") && n % 2 == 0) v[1] = v[n];
+  else v.erase(v.begin() + 1);
+  v.resize(n);
+  return v;
 }
-
-// Whether the imaginary part of X[k] stands beside the real one.
-inline bool isPair(Layout layout, std::size_t n, std::size_t k) { return layout == kCcs || (k > 0 && 2 * k < n); }
 
 }  // namespace ovks::test
