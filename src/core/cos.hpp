@@ -5,7 +5,7 @@
 // rounded start would grow along a recurrence.
 #pragma once
 
-#include "core/exp.hpp"
+#include "core/polynomial.hpp"
 
 namespace ovks {
 
@@ -44,7 +44,7 @@ OVKS_INLINE V cosineReduced(V z, V zLow) {
 template <class V>
 OVKS_INLINE V cosine(V x) {
   using I = Vec<uint64_t, lanes<V>>;
-  const V rounder = broadcast<V>(detail::kRounder);
+  const V rounder = broadcast<V>(kRounder);
   const V turned = fma(x, broadcast<V>(0x1.45f306dc9c883p-1), rounder), n = turned - rounder;
   const I quarter = bits<I>(turned);
   const V r0 = fma(n, broadcast<V>(-0x1.921fb54442d18p+0), x);  // exact

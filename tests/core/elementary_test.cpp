@@ -40,8 +40,6 @@ auto between(double low, double high) {
   return [=](Random& random) { return low + unit(random) * (high - low); };
 }
 
-constexpr auto exactExp = [](long double x) { return std::exp(x); };
-constexpr auto ownExp = [](V x) { return exp(x); };
 constexpr auto exactPower = [](long double x) { return std::exp2(x / 16); };
 constexpr auto ownPower = [](V x) {
   V powers[] = {x};
@@ -50,10 +48,7 @@ constexpr auto ownPower = [](V x) {
 };
 constexpr auto ownCosine = [](V x) { return ovks::cosine(x); };
 
-TEST(Exp, IsWithinItsBound) {
-  EXPECT_LT(largestError(ownExp, exactExp, 400000, between(-0.4, 0.4)), 0.7);
-  EXPECT_LT(largestError(ownExp, exactExp, 400000, between(-708, 709.78)), 0.7);
-  EXPECT_LT(largestError(ownExp, exactExp, 40000, between(-745, -708)), 1.0);
+TEST(PowerOfTwo, IsWithinItsBound) {
   EXPECT_LT(largestError(ownPower, exactPower, 400000, between(-16000, 16000)), 2.2);
 }
 
@@ -103,8 +98,7 @@ void expectLike(auto own, auto exactly, std::initializer_list<F> arguments) {
   }
 }
 
-TEST(Elementary, TakesEveryArgument) {
-  expectLike<double>(ownExp, exactExp, {0, -0.0, 1e-300, 710, 1e300, HUGE_VAL, -745, -746, -1e300, -HUGE_VAL, NAN});
+TEST(Log, TakesEveryArgument) {
   expectLike<float>(ownLog, exactLog, {0, -0.0f, 1, HUGE_VALF, -1, -0x1p-149f, -HUGE_VALF, NAN});
   expectLike<double>(ownLog, exactLog, {0, -0.0, 1, HUGE_VAL, -1, -0x1p-1074, -HUGE_VAL, NAN});
 }
