@@ -43,6 +43,35 @@ struct LaneSum {
   OVKS_INLINE auto parts() const { return sumOfLanes<T>(sum); }
 };
 
+// Floats widened by shifts, which leave the adders more time than conversions do: three places down in 64 bits, and
+// the three below the sign set, a float is a double 2^896 times as large; infinity and NaN are what they were. Zeros
+// and denormals alone gain or lose up to 2^-127, and a sum may overflow from 2^127 on.
+struct ShiftedSum {
+  static constexpr int kElements = kVectorBytes / 4, kChains = 4;
+  // Shorter sums take no less time than by conversions, and longer ones wait for memory.
+  static constexpr std::ptrdiff_t kLeastLength = 1024, kGreatestLength = 1 << 20;
+  using V = Vec<double>;
+  using I = Vec<int64_t>;
+  V even{}, odd{};
+
+  OVKS_INLINE void add(Vec<float> v) {
+    const I both = bits<I>(v), set = broadcast<I>(int64_t{7} << 60);
+    const I low = detail::multiplyEven(bits<Vec<int32_t>>(v), bits<Vec<int32_t>>(broadcast<I>(1 << 29)));
+    even += bits<V>(low | set);
+    odd += bits<V>((both >> 3 & ~broadcast<I>((1 << 29) - 1)) | set);
+  }
+  OVKS_INLINE void merge(const ShiftedSum& o) {
+    even += o.even;
+    odd += o.odd;
+  }
+  OVKS_INLINE double value() const { return foldAll(even + odd, kPlus) * 0x1p-896; }
+  // Whether that is as near as a sum of conversions of n floats: what zeros may have brought is 2^-60 of it at most.
+  OVKS_INLINE static bool holds(double value, std::ptrdiff_t n) {
+    const double size = value < 0 ? -value : value;
+    return size >= static_cast<double>(n) * 0x1p-67 && size <= std::numeric_limits<float>::max();
+  }
+};
+
 // A sum of 32-bit lanes.
 template <class V>
 OVKS_INLINE int64_t laneTotal(V v) {
@@ -83,6 +112,13 @@ OVKS_INLINE auto sumOf(const T* src, std::ptrdiff_t n, [[maybe_unused]] AlgHint 
   } else {
     using W = std::conditional_t<isComplex<T>, Complex64f, double>;
     if (sizeof(Real<T>) == 4 && hint == AlgHintFast) return total<Fast<LaneSum<T, T>>>(n, src);
+    if constexpr (kAvx512 && std::is_same_v<T, float>) {
+      if (n >= ShiftedSum::kLeastLength && n <= ShiftedSum::kGreatestLength) {
+        const double sum = fold(ShiftedSum(), n, src).value();
+        if (ShiftedSum::holds(sum, n)) [[likely]]
+          return Parts<double>{sum, 0};
+      }
+    }
     return total<LaneSum<T, W>>(n, src);
   }
 }

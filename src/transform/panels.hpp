@@ -19,9 +19,6 @@ namespace ovks::fft {
 struct PanelTile {
   std::ptrdiff_t first, vector;
 };
-// Rows asked for before they are read.
-inline constexpr int kRowsAhead = 4;
-
 template <class In>
 struct PanelSource {
   In in;
@@ -33,6 +30,9 @@ struct PanelSource {
   }
   OVKS_INLINE void prefetch(std::ptrdiff_t g, std::ptrdiff_t l, std::ptrdiff_t v) const { at(g, l, v).prefetch(0); }
 };
+
+// Rows asked for before they are read.
+inline constexpr int kRowsAhead = 4;
 
 // The columns' first pass, from memory into a panel.
 template <Direction D, int R, class In, class V>

@@ -140,6 +140,27 @@ constexpr auto kValue = [](auto x) { return x; };
 
 TEST(Sum, All) { checkReductions<"ovksSum_">(Reduction{kValue, kWhole}); }
 
+// Two elements among equal ones, zeros and denormals, or such that only the whole is in range.
+TEST(Sum, OfExtremes) {
+  using L = std::numeric_limits<float>;
+  const float tiny = L::denorm_min(), most = L::max(), infinity = L::infinity();
+  for (const auto& [first, second, rest, want] : {std::tuple{0.0f, 0.0f, 0.0f, 0.0f},
+                                                  {tiny, -0.0f, 0.0f, tiny},
+                                                  {-tiny, -tiny, tiny, 2996 * tiny},
+                                                  {most, -most, 0.0f, 0.0f},
+                                                  {most, most, 0.0f, infinity},
+                                                  {-infinity, most, 1.0f, -infinity}}) {
+    std::vector<float> x(3000, rest);
+    x[7] = first, x[2022] = second;
+    float sum = 0;
+    EXPECT_EQ(ovksSum_32f(x.data(), 3000, &sum, AlgHintAccurate), StatusOk);
+    EXPECT_EQ(sum, want);
+    x[1] = std::numeric_limits<float>::quiet_NaN();
+    EXPECT_EQ(ovksSum_32f(x.data(), 3000, &sum, AlgHintAccurate), StatusOk);
+    EXPECT_TRUE(std::isnan(sum));
+  }
+}
+
 TEST(Mean, All) {
   const auto divided = []<class X>(Complex<X> sum, int n) {
     if constexpr (std::is_same_v<X, Exact>) sum.re.denominator = sum.im.denominator = n;
