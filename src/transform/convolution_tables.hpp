@@ -22,10 +22,10 @@ struct TileProducts : TileTwiddleProducts<V> {
   static constexpr bool kFew = false;
 };
 
-// Parts of an area, each aligned.
-class Parts {
+// Room for tables, which are taken one after the other, each aligned.
+class TableArea {
  public:
-  explicit Parts(uint8_t* area) : next_(area) {}
+  explicit TableArea(uint8_t* start) : next_(start) {}
 
   template <class T>
   T* take(std::ptrdiff_t n) {
@@ -48,19 +48,19 @@ struct Wave {
 };
 
 template <class T>
-Wave<T> wholeWave(Parts& parts, int order) {
+Wave<T> wholeWave(TableArea& area, int order) {
   if (order <= kConstantOrder) return {kQuarterWave<T>.sine, kConstantOrder};
-  T* const table = parts.take<T>((std::ptrdiff_t{1} << (order - 2)) + 1);
+  T* const table = area.take<T>((std::ptrdiff_t{1} << (order - 2)) + 1);
   computeQuarterWave(table, order);
   return {table, order};
 }
 
 // Only the `count` least and greatest sines of it.
 template <class T>
-Wave<T> endsOfWave(Parts& parts, int order, std::ptrdiff_t count) {
+Wave<T> endsOfWave(TableArea& area, int order, std::ptrdiff_t count) {
   const std::ptrdiff_t quarter = std::ptrdiff_t{1} << (order - 2);
-  if (quarter <= 2 * count) return wholeWave<T>(parts, order);
-  T* const table = parts.take<T>(quarter + 1);
+  if (quarter <= 2 * count) return wholeWave<T>(area, order);
+  T* const table = area.take<T>(quarter + 1);
   computeSines(table, order, 0, count);
   computeSines(table, order, quarter - count, quarter);
   table[quarter] = 1;
@@ -69,10 +69,10 @@ Wave<T> endsOfWave(Parts& parts, int order, std::ptrdiff_t count) {
 
 // m rows, the points of which `fine` has.
 template <class V, class T>
-TileProducts<V> makeTileProducts(Parts& parts, std::ptrdiff_t m, Wave<T> fine, Wave<T> coarse) {
+TileProducts<V> makeTileProducts(TableArea& area, std::ptrdiff_t m, Wave<T> fine, Wave<T> coarse) {
   constexpr int L = lanes<V>;
-  T* const rows = parts.take<T>(2 * L * (L - 1));
-  T* const tiles = parts.take<T>(m / L * TileProducts<V>::kPerTile);
+  T* const rows = area.take<T>(2 * L * (L - 1));
+  T* const tiles = area.take<T>(m / L * TileProducts<V>::kPerTile);
   const int coarseOrder = log2OfPower(m);
   makeTile<TileTwiddles<V, false>, V, ByChunks>(rows, fine.circle(coarseOrder + log2OfPower(L)), 0);
   T* p = tiles;
@@ -81,11 +81,11 @@ TileProducts<V> makeTileProducts(Parts& parts, std::ptrdiff_t m, Wave<T> fine, W
 }
 
 template <class V, class T>
-SplitTwiddleProducts<V> makePairProducts(Parts& parts, int order, Wave<T> fine, Wave<T> coarse) {
+SplitTwiddleProducts<V> makePairProducts(TableArea& area, int order, Wave<T> fine, Wave<T> coarse) {
   constexpr int32_t kFine = SplitTwiddleProducts<V>::kFine;
   const int32_t quarter = 1 << (order - 2);
-  T* const within = parts.take<T>(2 * kFine);
-  T* const starts = parts.take<T>(2 * (quarter / kFine));
+  T* const within = area.take<T>(2 * kFine);
+  T* const starts = area.take<T>(2 * (quarter / kFine));
   for (int32_t i = 0; i < kFine; i += lanes<V>) putSplitPoints<V>(within + 2 * i, fine.circle(order), quarter, i + 1);
   putCoarseSplitPoints(starts, coarse.circle(order - log2OfPower(kFine)));
   return {within, starts};
@@ -94,28 +94,27 @@ SplitTwiddleProducts<V> makePairProducts(Parts& parts, int order, Wave<T> fine, 
 // Tables in which most twiddles are products of two. They are made in a tenth of the time that all of them would take,
 // and leave the caches to the data.
 template <class T>
-auto makeProductTables(Parts parts, int order) {
+auto makeProductTables(TableArea area, int order) {
   using V = Vec<T>;
   using Pairs = SplitTwiddleProducts<V>;
   const std::ptrdiff_t m = (std::ptrdiff_t{1} << (order - 1)) / lanes<V>;
-  const Wave<T> fine = endsOfWave<T>(parts, order, Pairs::kFine + 2 * lanes<V>);
-  const Wave<T> coarse = wholeWave<T>(parts, log2OfPower(m));
-  T* const columns = parts.take<T>(2 * m);
+  const Wave<T> fine = endsOfWave<T>(area, order, Pairs::kFine + 2 * lanes<V>);
+  const Wave<T> coarse = wholeWave<T>(area, log2OfPower(m));
+  T* const columns = area.take<T>(2 * m);
   makeColumns(columns, coarse.sine, coarse.order, passesOf<T>(order - 1));
-  int32_t* const bitReversal = parts.take<int32_t>(m / lanes<V>);
+  int32_t* const bitReversal = area.take<int32_t>(m / lanes<V>);
   makeBitReversal(bitReversal, order - 1, static_cast<int32_t>(m / lanes<V>));
-  return ConvolutionTables<TileProducts<V>, Pairs, T>{makeTileProducts<V>(parts, m, fine, coarse),
-                                                      makePairProducts<V>(parts, order, fine, coarse), columns,
-                                                      bitReversal};
+  return ConvolutionTables<TileProducts<V>, Pairs, T>{
+      makeTileProducts<V>(area, m, fine, coarse), makePairProducts<V>(area, order, fine, coarse), columns, bitReversal};
 }
 
 // Those of the specification, which are constants.
 template <bool few, class T>
-auto makeConstantTables(Parts parts, int order) {
+auto makeConstantTables(TableArea area, int order) {
   using V = Vec<T>;
   const T* const twiddles = constantTwiddles<T>(order - 1);
   const int32_t tiles = (1 << (order - 1)) / (lanes<V> * lanes<V>);
-  int32_t* const bitReversal = parts.take<int32_t>(tiles);
+  int32_t* const bitReversal = area.take<int32_t>(tiles);
   makeBitReversal(bitReversal, order - 1, tiles);
   using Tiles = TileTwiddles<V, few>;
   return ConvolutionTables<Tiles, SplitTwiddles<V>, T>{Tiles{twiddles},

@@ -114,11 +114,11 @@ template <class T>
 void convolveReals(int order, Sequence<T> a, Sequence<T> b, T* dst, int64_t results,
                    const ConvolutionMemory<T>& memory) {
   const auto with = [&](const auto& tables) { convolve(order, tables, a, b, dst, results, memory); };
-  const Parts parts(memory.tables);
-  if (order > kMaxConstantSplitOrder) return with(makeProductTables<T>(parts, order));
+  const TableArea area(memory.tables);
+  if (order > kMaxConstantSplitOrder) return with(makeProductTables<T>(area, order));
   if constexpr (kLanes<T> == 8)
-    if (order - 1 >= kMinFewTwiddlesOrder<T>) return with(makeConstantTables<true, T>(parts, order));
-  with(makeConstantTables<false, T>(parts, order));
+    if (order - 1 >= kMinFewTwiddlesOrder<T>) return with(makeConstantTables<true, T>(area, order));
+  with(makeConstantTables<false, T>(area, order));
 }
 
 template void convolveReals(int, Sequence<float>, Sequence<float>, float*, int64_t, const ConvolutionMemory<float>&);
