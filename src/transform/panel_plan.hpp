@@ -42,10 +42,11 @@ struct PanelPlan {
     return sharedOffset && 2 * kPanelRowBytes * n2 <= kMaxWidePanel ? 2 * kPanelRowBytes : kPanelRowBytes;
   }
 
-  // The last of radix 8.
+  // The first of radix 4, as rows stand memory pages apart, so that their lines share a set of the first cache; the last
+  // of radix 8.
   static constexpr Passes panelPasses(int bits) {
     Passes p;
-    for (; bits % 3 != 0; bits -= p.bits[p.count - 1]) p.add(kAvx512 ? 4 : 2);
+    for (; bits % 3 != 0; bits -= p.bits[p.count - 1]) p.add(2);
     for (; bits > 0; bits -= 3) p.add(3);
     return p;
   }
