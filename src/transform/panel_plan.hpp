@@ -7,8 +7,8 @@
 
 namespace ovks::fft {
 
-// Less of a row would waste what memory gives with one access. Twice as much pays where two arrays share their offset
-// within pages, so that lines of few sets hold a panel, as long as it fits half of a second cache of 1 MiB.
+// Less of a row would waste what memory gives with one access. Of doubles twice as much pays where two arrays share their
+// offset within pages, so that lines of few sets hold a panel, as long as it fits half of a second cache of 1 MiB.
 inline constexpr int kPanelRowBytes = 256;
 inline constexpr std::ptrdiff_t kMaxWidePanel = 512 * 1024;
 
@@ -39,7 +39,7 @@ struct PanelPlan {
         columns2(columns1 + 2 * n1) {}
 
   constexpr std::ptrdiff_t rowBytes(bool sharedOffset) const {
-    return sharedOffset && 2 * kPanelRowBytes * n2 <= kMaxWidePanel ? 2 * kPanelRowBytes : kPanelRowBytes;
+    return sizeof(T) == 8 && sharedOffset && 2 * kPanelRowBytes * n2 <= kMaxWidePanel ? 2 * kPanelRowBytes : kPanelRowBytes;
   }
 
   // The first of radix 4, as rows stand memory pages apart, so that their lines share a set of the first cache; the last

@@ -97,8 +97,8 @@ template <Direction D, class Order, class V, class In, class Out>
       return rows(Index<bitReversed(Order::template lane<V>(r), kLaneBits)>{});
     };
     for (int l = 0; l < L; ++l) next.prefetch(t, l, v);
-    // In place the next tile's rows are as far apart.
-    if (outVector != 1)
+    // Stores to where no cache line is would wait for it.
+    if constexpr (Out::kVia == Via::caches)
       for (int l = 0; l < L; ++l) out.prefetch((t + 1) * outVector + l * outRow);
     transposed<Order, V>(
         [&](auto r, auto s) __attribute__((always_inline)) { return row(r).halves(row(s)); },
@@ -149,12 +149,15 @@ void findTiles(const PanelPlan<T>& plan, std::ptrdiff_t panel, bool inPlace, Pan
 template <class T, class RowSet>
 [[gnu::noinline]] void vacate(const PanelPlan<T>& plan, std::ptrdiff_t panel, RowSet rows) {
   const std::ptrdiff_t n = plan.vectors1, end = panel + plan.wide, tile = kLanes<T> * plan.vectors2;
-  for (std::ptrdiff_t g = end; g < n; ++g)
+  // Some tiles at a time, so that writes come as runs.
+  constexpr std::ptrdiff_t kRun = 4;
+  for (std::ptrdiff_t first = end; first < n; first += kRun)
     for (std::ptrdiff_t i = 0; i < tile; i += n)
-      for (std::ptrdiff_t t = panel; t < end; ++t) {
-        rows.prefetch((g + 2) * tile + i + t);
-        rows.put(t * tile + i + g, rows.get(g * tile + i + t));
-      }
+      for (std::ptrdiff_t t = panel; t < end; ++t)
+        for (std::ptrdiff_t g = first; g < first + kRun && g < n; ++g) {
+          rows.prefetch((g + kRun) * tile + i + t);
+          rows.put(t * tile + i + g, rows.get(g * tile + i + t));
+        }
 }
 
 // The last pass, on n blocks of 8 rows of the panel from the given one on: spectrum point k of the columns is row k of
@@ -171,7 +174,7 @@ template <Direction D, bool scale, class V, class In, class Points>
     for (std::ptrdiff_t v = 0; v < plan.wide; ++v) {
       const Rows<V> from = panel.from(block * 8 * plan.wide + v);
       for (int j = 0; j < 8; ++j) next.prefetch(block * 8 / lanes<V>, block * 8 % lanes<V> + j, v);
-      // Rows of the next block: stores to where no cache line is would wait for it.
+      // Rows of the next block.
       if constexpr (Points::kVia == Via::caches) {
         const std::ptrdiff_t then = reversedBits(job.bitReversal, job.order, block + 1, plan.bits2 - 3);
         for (int j = 0; j < 8; ++j)

@@ -18,6 +18,7 @@ struct Rows : OneArray<Lane<V>> {
   using Arrays = OneArray<Lane<V>>;
   using PastCaches = Rows<V, Via::none>;
   using Vector = V;
+  static constexpr Via kVia = via;
   static constexpr bool kHeld = false;
   using Arrays::p;
 
@@ -52,6 +53,7 @@ struct SplitRows : TwoArrays<Lane<V>> {
   using Arrays = TwoArrays<Lane<V>>;
   using PastCaches = SplitRows<V, Via::none>;
   using Vector = V;
+  static constexpr Via kVia = via;
   static constexpr bool kHeld = held;
   using Arrays::re, Arrays::im;
 
