@@ -7,10 +7,17 @@
 
 namespace ovks::fft {
 
-// Less of a row would waste what memory gives with one access. Of doubles twice as much pays where two arrays share their
-// offset within pages, so that lines of few sets hold a panel, as long as it fits half of a second cache of 1 MiB.
+// Less of a row wastes what memory gives with one access; half as much, where no more finds room, still pays. Of doubles
+// twice as much does where two arrays share their offset within pages, so that lines of few sets hold a panel.
 inline constexpr int kPanelRowBytes = 256;
-inline constexpr std::ptrdiff_t kMaxWidePanel = 512 * 1024;
+// Half of a second cache of 1 MiB.
+inline constexpr int64_t kMaxPanelBytes = 512 * 1024;
+
+// Panels pay from where they begin to where their rows become too many for the processor's tables of pages.
+template <class T>
+inline constexpr int kMinPanelOrder = sizeof(T) == 4 ? 20 : 19;
+template <class T>
+inline constexpr int kMaxPanelOrder = sizeof(T) == 4 ? 24 : 23;
 
 template <class T>
 struct PanelPlan {
@@ -31,15 +38,17 @@ struct PanelPlan {
         folds(n2 / n1),
         vectors1(n1 / kLanes<T>),
         vectors2(n2 / kLanes<T>),
-        wide(rowBytes(sharedOffset) / (2 * kVectorBytes)),
+        wide(rowBytes(order, sharedOffset) / (2 * kVectorBytes)),
         passes1(panelPasses(bits1)),
         passes2(panelPasses(bits2)),
         fine(2 * vectors1 * n2),
         columns1(fine + 2 * kLanes<T> * n2),
         columns2(columns1 + 2 * n1) {}
 
-  constexpr std::ptrdiff_t rowBytes(bool sharedOffset) const {
-    return sizeof(T) == 8 && sharedOffset && 2 * kPanelRowBytes * n2 <= kMaxWidePanel ? 2 * kPanelRowBytes : kPanelRowBytes;
+  constexpr std::ptrdiff_t rowBytes(int order, bool sharedOffset) const {
+    const int64_t work = complexSizes<T>(order).work, room = work < kMaxPanelBytes ? work : kMaxPanelBytes;
+    if (sizeof(T) == 8 && sharedOffset && 2 * kPanelRowBytes * n2 <= room) return 2 * kPanelRowBytes;
+    return kPanelRowBytes * n2 <= room ? kPanelRowBytes : kPanelRowBytes / 2;
   }
 
   // The first of radix 4, as rows stand memory pages apart, so that their lines share a set of the first cache; the last
@@ -52,14 +61,21 @@ struct PanelPlan {
   }
 };
 
-// Whether twiddles and panels of all orders find room.
+// Whether a transform takes two sweeps by panels. Others work in the caches, or in the destination itself: these are too
+// short, too long, or their work buffer holds no panel.
+template <class T>
+constexpr bool takesPanels(int order) {
+  if (order < kMinPanelOrder<T> || order > kMaxPanelOrder<T>) return false;
+  const PanelPlan<T> plan(order);
+  return plan.n2 * plan.wide * 2 * kVectorBytes <= complexSizes<T>(order).work;
+}
+
+// Whether twiddles find room, and the last passes are of radix 8.
 template <class T>
 constexpr bool panelsFit() {
   for (int order = kMinPanelOrder<T>; order <= kMaxPanelOrder<T>; ++order) {
-    const PanelPlan<T> plan(order, true);
-    const Sizes sizes = complexSizes<T>(order);
-    if ((plan.columns2 + 2 * plan.n2) * int64_t{sizeof(T)} > sizes.twiddles) return false;
-    if (plan.n2 * plan.wide * 2 * kVectorBytes > sizes.work) return false;
+    const PanelPlan<T> plan(order);
+    if ((plan.columns2 + 2 * plan.n2) * int64_t{sizeof(T)} > complexSizes<T>(order).twiddles) return false;
     if (plan.passes1.bits[plan.passes1.count - 1] != 3 || plan.passes2.bits[plan.passes2.count - 1] != 3) return false;
   }
   return true;

@@ -19,17 +19,6 @@ inline constexpr int kMaxShortOrder = !kAvx512         ? 6
 template <class T>
 inline constexpr int kMaxInCacheOrder = sizeof(T) == 4 ? 18 : 17;
 
-// Up to here a work buffer for panels of columns is at hand, and from where they pay the transform takes two sweeps
-// over memory by them. Others work in the destination itself.
-template <class T>
-inline constexpr int kMaxPanelOrder = kMaxInCacheOrder<T> + 4;
-template <class T>
-inline constexpr int kMinPanelOrder = sizeof(T) == 4 ? 20 : 19;
-template <class T>
-constexpr bool takesPanels(int order) {
-  return order >= kMinPanelOrder<T> && order <= kMaxPanelOrder<T>;
-}
-
 template <class T>
 inline constexpr int kLanes = kVectorBytes / int{sizeof(T)};
 
@@ -49,7 +38,7 @@ struct Passes {
 template <class T>
 constexpr int outerBits(int order) {
   if (order <= kMaxInCacheOrder<T>) return 0;
-  return order <= kMaxPanelOrder<T> ? 4 : 8;
+  return order <= kMaxInCacheOrder<T> + 4 ? 4 : 8;
 }
 
 // Of radix 8 as far as may be. AVX-512 has registers enough for radix 16, which goes last: where rows stand a page
