@@ -71,20 +71,25 @@ void inCache(const Job<Lane<V>>& job, Points src, Points dst) {
   close<D>(job, rows, dst, m, TileTwiddles<V, false>{job.twiddles});
 }
 
-// The first two passes, of radix 16 both, through the work buffer: 512 bytes of each of 256 parts at a time, so that
-// memory is read and written once.
-template <Direction D, class V, class Points, class RowSet>
-void firstTwoPasses(Points src, RowSet dst, std::ptrdiff_t m, const Lane<V>* twiddles, Lane<V>* work) {
-  constexpr std::ptrdiff_t kWide = 512 / (2 * sizeof(V));
+// The outer passes, the first of radix 4 and the last of radix R, through the work buffer: as much of each of `parts`
+// parts at a time as it holds, so that memory is read and written once.
+template <Direction D, int R, class V, class Points, class RowSet>
+void outerPasses(std::ptrdiff_t parts, Points src, RowSet dst, std::ptrdiff_t m, const Lane<V>* twiddles,
+                 Lane<V>* work) {
+  const std::ptrdiff_t wide = (parts == 16 ? 1024 : 512) / std::ptrdiff_t{2 * sizeof(V)}, step = m / parts;
   const Rows<V> buffer = rowsIn<V>(OneArray<Lane<V>>{work});
   const PointRows<V, Points> rows = {src};
-  for (std::ptrdiff_t i = 0; i < m / 256; i += kWide) {
-    for (int j = 0; j < 16; ++j)
-      butterflies<D, 16, false>(rows.from(i + j * (m / 256)), m / 16, buffer.from(j * kWide), 16 * kWide, kWide,
-                                twiddles);
-    for (int b = 0; b < 16; ++b)
-      butterflies<D, 16, true>(buffer.from(b * 16 * kWide), kWide, dst.from(b * (m / 16) + i), m / 256, kWide,
-                               twiddles + b * 2 * 15);
+  for (std::ptrdiff_t i = 0; i < step; i += wide) {
+    for (std::ptrdiff_t j = 0; j < parts / 4; ++j)
+      butterflies<D, 4, false>(rows.from(i + j * step), m / 4, buffer.from(j * wide), parts / 4 * wide, wide, twiddles);
+    std::ptrdiff_t blocks = 4;
+    const Lane<V>* w = twiddles;
+    for (; blocks * R < parts; blocks *= R) {
+      blocksPass<D, R>(buffer, parts / blocks * wide, blocks, w);
+      w += 2 * (R - 1) * blocks;
+    }
+    for (std::ptrdiff_t b = 0; b < blocks; ++b, w += 2 * (R - 1))
+      butterflies<D, R, true>(buffer.from(b * R * wide), wide, dst.from(b * R * step + i), step, wide, w);
   }
 }
 
@@ -96,10 +101,10 @@ void large(const Job<Lane<V>>& job, Points src, Points dst, RowSet rows) {
   const TwiddleLayout<T> layout(job.order);
   const T* columns = job.twiddles + layout.columns;
   const int outer = outerBits<T>(job.order);
-  if (outer == 4) firstPass<D, 16>(PointRows<V, Points>{src}, rows, m);
-  else firstTwoPasses<D, V>(src, rows, m, columns, job.work);
   const std::ptrdiff_t blocks = std::ptrdiff_t{1} << outer;
-  Columns<D, RowSet>(passes, columns).run(outer / 4, rows, m >> outer, 0, blocks, blocks);
+  if (outer == 4) outerPasses<D, 4, V>(blocks, src, rows, m, columns, job.work);
+  else outerPasses<D, 8, V>(blocks, src, rows, m, columns, job.work);
+  Columns<D, RowSet>(passes, columns).run(outer == 4 ? 2 : 3, rows, m >> outer, 0, blocks, blocks);
   const TileTwiddleProducts<V> twiddles = {job.twiddles + layout.tiles, job.twiddles};
   if (job.scale) closingPassInPlace<D, true>(rows, dst, m, twiddles, job.bitReversal, job.factor);
   else closingPassInPlace<D, false>(rows, dst, m, twiddles, job.bitReversal, T(1));

@@ -13,15 +13,14 @@ inline constexpr int kPanelRowBytes = 256;
 // Half of a second cache of 1 MiB.
 inline constexpr int64_t kMaxPanelBytes = 512 * 1024;
 
-// Panels pay from where they begin to where their rows become too many for the processor's tables of pages.
+// The orders where panels pay.
 template <class T>
 inline constexpr int kMinPanelOrder = sizeof(T) == 4 ? 20 : 19;
-template <class T>
-inline constexpr int kMaxPanelOrder = sizeof(T) == 4 ? 24 : 23;
+inline constexpr int kMaxPanelOrder = 22;
 
 template <class T>
 struct PanelPlan {
-  static constexpr int kMaxTiles = (1 << (kMaxPanelOrder<T> + 1) / 2) / kLanes<T>;
+  static constexpr int kMaxTiles = (1 << (kMaxPanelOrder + 1) / 2) / kLanes<T>;
 
   int bits1, bits2;
   std::ptrdiff_t n1, n2, folds;       // folds = N2 / N1
@@ -61,21 +60,20 @@ struct PanelPlan {
   }
 };
 
-// Whether a transform takes two sweeps by panels. Others work in the caches, or in the destination itself: these are too
-// short, too long, or their work buffer holds no panel.
+// Others work in the caches, or in the destination itself.
 template <class T>
 constexpr bool takesPanels(int order) {
-  if (order < kMinPanelOrder<T> || order > kMaxPanelOrder<T>) return false;
-  const PanelPlan<T> plan(order);
-  return plan.n2 * plan.wide * 2 * kVectorBytes <= complexSizes<T>(order).work;
+  return order >= kMinPanelOrder<T> && order <= kMaxPanelOrder;
 }
 
-// Whether twiddles find room, and the last passes are of radix 8.
+// Whether twiddles and panels of all orders find room, and the last passes are of radix 8.
 template <class T>
 constexpr bool panelsFit() {
-  for (int order = kMinPanelOrder<T>; order <= kMaxPanelOrder<T>; ++order) {
+  for (int order = kMinPanelOrder<T>; order <= kMaxPanelOrder; ++order) {
     const PanelPlan<T> plan(order);
-    if ((plan.columns2 + 2 * plan.n2) * int64_t{sizeof(T)} > complexSizes<T>(order).twiddles) return false;
+    const Sizes sizes = complexSizes<T>(order);
+    if ((plan.columns2 + 2 * plan.n2) * int64_t{sizeof(T)} > sizes.twiddles) return false;
+    if (plan.n2 * plan.wide * 2 * kVectorBytes > sizes.work) return false;
     if (plan.passes1.bits[plan.passes1.count - 1] != 3 || plan.passes2.bits[plan.passes2.count - 1] != 3) return false;
   }
   return true;

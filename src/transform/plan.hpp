@@ -29,29 +29,32 @@ inline constexpr int kMinFewTwiddlesOrder = kAvx512 && sizeof(T) == 8 ? 10 : kMa
 // The passes over the columns, as log2 of their radices, first to last.
 struct Passes {
   int count = 0;
-  int bits[8] = {};
+  int bits[10] = {};
 
   constexpr void add(int b) { bits[count++] = b; }
 };
 
-// The outer passes of large transforms take 2^outerBits blocks apart, each then transformed on its own.
+// The outer passes of large transforms take 2^outerBits blocks apart, each then transformed on its own: two of radix 4,
+// or one of 4 and two of 8.
 template <class T>
 constexpr int outerBits(int order) {
   if (order <= kMaxInCacheOrder<T>) return 0;
   return order <= kMaxInCacheOrder<T> + 4 ? 4 : 8;
 }
 
-// Of radix 8 as far as may be. AVX-512 has registers enough for radix 16, which goes last: where rows stand a page
-// apart, their lines share a set of the first cache, and 16 rows are more than it holds. For the same reason a first
-// pass with such strides, which reads one array and writes another, is of radix 4; for 1024 to 4096 rows of eight
-// points 8, and 4 next where that saves a radix of 16. Both are of radix 4 for 16 rows, where a single butterfly of
-// radix 16 would have to finish alone.
+// After the outer ones of radix 8 as far as may be. AVX-512 has registers enough for radix 16, which goes last: where
+// rows stand a page apart, their lines share a set of the first cache, and 16 rows are more than it holds. For the same
+// reason a first pass with such strides, which reads one array and writes another, is of radix 4; for 1024 to 4096 rows
+// of eight points 8, and 4 next where that saves a radix of 16. Both are of radix 4 for 16 rows, where a single
+// butterfly of radix 16 would have to finish alone.
 template <class T>
 constexpr Passes choosePasses(int order) {
   constexpr int kPageRows = 4096 / (2 * kVectorBytes);
   Passes p;
-  int bits = order - log2OfPower(kLanes<T>), outer = outerBits<T>(order);
-  for (; outer > 0; outer -= 4, bits -= 4) p.add(4);
+  const int outer = outerBits<T>(order);
+  if (outer > 0) p.add(2);
+  for (int rest = outer - 2; rest > 0; rest -= p.bits[p.count - 1]) p.add(outer == 4 ? 2 : 3);
+  int bits = order - log2OfPower(kLanes<T>) - outer;
   const auto take = [&](int b) {
     p.add(b);
     bits -= b;
