@@ -7,11 +7,10 @@
 
 namespace ovks::fft {
 
-// Less of a row wastes what memory gives with one access; half as much, where no more finds room, still pays. Of doubles
-// twice as much does where two arrays share their offset within pages, so that lines of few sets hold a panel.
+// Less of a row wastes what memory gives with one access; half as much, where the work buffer has no room for more,
+// still pays. Of doubles twice as much does where two arrays share their offset within pages, so that lines of few sets
+// hold a panel.
 inline constexpr int kPanelRowBytes = 256;
-// Half of a second cache of 1 MiB.
-inline constexpr int64_t kMaxPanelBytes = 512 * 1024;
 
 // The orders where panels pay.
 template <class T>
@@ -45,9 +44,9 @@ struct PanelPlan {
         columns2(columns1 + 2 * n1) {}
 
   constexpr std::ptrdiff_t rowBytes(int order, bool sharedOffset) const {
-    const int64_t work = complexSizes<T>(order).work, room = work < kMaxPanelBytes ? work : kMaxPanelBytes;
-    if (sizeof(T) == 8 && sharedOffset && 2 * kPanelRowBytes * n2 <= room) return 2 * kPanelRowBytes;
-    return kPanelRowBytes * n2 <= room ? kPanelRowBytes : kPanelRowBytes / 2;
+    const int64_t work = complexSizes<T>(order).work;
+    if (sizeof(T) == 8 && sharedOffset && 2 * kPanelRowBytes * n2 <= work) return 2 * kPanelRowBytes;
+    return kPanelRowBytes * n2 <= work ? kPanelRowBytes : kPanelRowBytes / 2;
   }
 
   // The first of radix 4, as rows stand memory pages apart, so that their lines share a set of the first cache; the last
@@ -73,7 +72,8 @@ constexpr bool panelsFit() {
     const PanelPlan<T> plan(order);
     const Sizes sizes = complexSizes<T>(order);
     if ((plan.columns2 + 2 * plan.n2) * int64_t{sizeof(T)} > sizes.twiddles) return false;
-    if (plan.n2 * plan.wide * 2 * kVectorBytes > sizes.work) return false;
+    for (const bool sharedOffset : {false, true})
+      if (plan.n2 * plan.rowBytes(order, sharedOffset) > sizes.work) return false;
     if (plan.passes1.bits[plan.passes1.count - 1] != 3 || plan.passes2.bits[plan.passes2.count - 1] != 3) return false;
   }
   return true;
