@@ -49,8 +49,8 @@ struct PanelPlan {
     return kPanelRowBytes * n2 <= work ? kPanelRowBytes : kPanelRowBytes / 2;
   }
 
-  // The first of radix 4, as rows stand memory pages apart, so that their lines share a set of the first cache; the last
-  // of radix 8.
+  // The first of radix 4 or 8, as rows stand memory pages apart, so that their lines share a set of the first cache; the
+  // last of radix 8.
   static constexpr Passes panelPasses(int bits) {
     Passes p;
     for (; bits % 3 != 0; bits -= p.bits[p.count - 1]) p.add(2);
@@ -59,7 +59,7 @@ struct PanelPlan {
   }
 };
 
-// Others work in the caches, or in the destination itself.
+// Other transforms work in the caches, or in the destination itself.
 template <class T>
 constexpr bool takesPanels(int order) {
   return order >= kMinPanelOrder<T> && order <= kMaxPanelOrder;

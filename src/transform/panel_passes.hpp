@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: MIT
+// What happens to a panel: its columns' first pass from memory, its transposition on the way back, and their last pass.
+#pragma once
+
+#include "transform/panel_plan.hpp"
+
+namespace ovks::fft {
+
+// Where a panel lies in memory: vector v of its row g L + l is l * lane + v * tiles[g].vector on from tiles[g].first.
+struct PanelTile {
+  std::ptrdiff_t first, vector;
+};
+template <class In>
+struct PanelSource {
+  In in;
+  const PanelTile* tiles;
+  std::ptrdiff_t lane;
+
+  OVKS_INLINE In at(std::ptrdiff_t g, std::ptrdiff_t l, std::ptrdiff_t v) const {
+    return in.from(tiles[g].first + v * tiles[g].vector + l * lane);
+  }
+  OVKS_INLINE void prefetch(std::ptrdiff_t g, std::ptrdiff_t l, std::ptrdiff_t v) const { at(g, l, v).prefetch(0); }
+};
+
+// Rows asked for before they are read.
+inline constexpr int kRowsAhead = 4;
+
+// The columns' first pass, from memory into a panel.
+template <Direction D, int R, class In, class V>
+[[gnu::noinline]] void panelPass(PanelSource<In> source, std::ptrdiff_t rows, std::ptrdiff_t wide, Rows<V> panel) {
+  constexpr std::ptrdiff_t L = lanes<V>;
+  const std::ptrdiff_t n = rows / R;
+  for (std::ptrdiff_t i = 0; i < n; ++i) {
+    for (std::ptrdiff_t v = 0; v < wide; ++v, panel = panel.from(1)) {
+      // The processor does not see which rows are to follow.
+      unroll<R>([&](auto j)
+                    __attribute__((always_inline)) { source.prefetch(i / L + j * (n / L), i % L + kRowsAhead, v); });
+      butterfly<D, R>(
+          [&](auto j) __attribute__((always_inline)) { return source.at(i / L + j * (n / L), i % L, v).get(0); },
+          [&](auto k, Complex<V> x)
+              __attribute__((always_inline)) { panel.put(bitReversed(k, log2OfPower(R)) * (n * wide), x); });
+    }
+  }
+}
+template <Direction D, class In, class V>
+void panelPass(int bits, PanelSource<In> source, std::ptrdiff_t rows, std::ptrdiff_t wide, Rows<V> panel) {
+  if (bits == 2) panelPass<D, 4>(source, rows, wide, panel);
+  else panelPass<D, 8>(source, rows, wide, panel);
+}
+
+// Twiddles exp(-2 pi i k1 n2 / N) for the L numbers k1 of vector t and number l of the n2 of vector g: a product of
+// that for t's first k1 and that for k1's distance from it.
+template <class V>
+struct PanelTwiddles {
+  using T = Lane<V>;
+  const T *coarse, *fine;
+  std::ptrdiff_t vectors1;
+
+  template <Direction D>
+  OVKS_INLINE Complex<V> turn(std::ptrdiff_t t, std::ptrdiff_t g, int l, Complex<V> x) const {
+    const T* c = coarse + (g * vectors1 + t) * 2 * lanes<V> + l;
+    const T* f = fine + (g * lanes<V> + l) * 2 * lanes<V>;
+    const Complex<V> a = {load<V>(f), load<V>(f + lanes<V>)};
+    const Complex<V> w = fft::turn<Direction::forward>(a, splat<V>(c[0]), splat<V>(c[lanes<V>]));
+    return fft::turn<D>(x, w.re, w.im);
+  }
+};
+
+// The `bits` low bits of i reversed, from the table of a transform of the given order.
+OVKS_INLINE std::ptrdiff_t reversedBits(const int32_t* bitReversal, int order, std::ptrdiff_t i, int bits) {
+  return bitReversal[i] >> (order - 1 - bits);
+}
+
+// Columns g L + 0 ... L - 1, a panel's vectors v, turned and transposed: vector t of row l goes to
+// t * outVector + l * outRow. Meanwhile memory is asked for the next panel.
+template <Direction D, class Order, class V, class In, class Out>
+[[gnu::noinline]] void transposePanel(const Job<Lane<V>>& job, const PanelPlan<Lane<V>>& plan, Rows<V> panel,
+                                      std::ptrdiff_t v, PanelSource<In> next, std::ptrdiff_t g, Out out,
+                                      std::ptrdiff_t outVector, std::ptrdiff_t outRow) {
+  constexpr int L = lanes<V>, kLaneBits = log2OfPower(L);
+  const PanelTwiddles<V> twiddles = {job.twiddles, job.twiddles + plan.fine, plan.vectors1};
+  const std::ptrdiff_t step = plan.vectors1 * plan.wide;
+  for (std::ptrdiff_t t = 0; t < plan.vectors1; ++t) {
+    const std::ptrdiff_t tile = reversedBits(job.bitReversal, job.order, t, plan.bits1 - kLaneBits);
+    const Strided<L, Rows<V>> rows(panel.from(tile * plan.wide + v), step);
+    const auto row = [&](auto r) __attribute__((always_inline)) {
+      return rows(Index<bitReversed(Order::template lane<V>(r), kLaneBits)>{});
+    };
+    for (int l = 0; l < L; ++l) next.prefetch(t, l, v);
+    // Stores to where no cache line is would wait for it.
+    if constexpr (Out::kVia == Via::caches)
+      for (int l = 0; l < L; ++l) out.prefetch((t + 1) * outVector + l * outRow);
+    transposed<Order, V>(
+        [&](auto r, auto s) __attribute__((always_inline)) { return row(r).halves(row(s)); },
+        [&](auto point) __attribute__((always_inline)) {
+          unroll<L>([&](auto l) __attribute__((always_inline)) {
+            out.put(t * outVector + l * outRow, twiddles.template turn<D>(t, g, l, point(l)));
+          });
+        });
+  }
+}
+
+// The last pass, on n blocks of 8 rows of the panel from the given one on: spectrum point k of the columns is row k of
+// the points, to which `first` and on are the panel's columns. Meanwhile memory is asked for the next panel.
+template <Direction D, bool scale, class V, class In, class Points>
+[[gnu::noinline]] void lastPanelPass(const Job<Lane<V>>& job, const PanelPlan<Lane<V>>& plan, Rows<V> panel,
+                                     PanelSource<In> next, std::ptrdiff_t block, std::ptrdiff_t n, Points dst,
+                                     std::ptrdiff_t first) {
+  const std::ptrdiff_t blocks = plan.n2 / 8;
+  const Lane<V>* w = job.twiddles + plan.columns2 + columnTwiddles(blocks, plan.passes2.bits[0]) + block * 2 * 7;
+  const V f = splat<V>(job.factor);
+  for (; n > 0; --n, ++block, w += 2 * 7) {
+    const std::ptrdiff_t k = reversedBits(job.bitReversal, job.order, block, plan.bits2 - 3);
+    for (std::ptrdiff_t v = 0; v < plan.wide; ++v) {
+      const Rows<V> from = panel.from(block * 8 * plan.wide + v);
+      for (int j = 0; j < 8; ++j) next.prefetch(block * 8 / lanes<V>, block * 8 % lanes<V> + j, v);
+      // Rows of the next block.
+      if constexpr (Points::kVia == Via::caches) {
+        const std::ptrdiff_t then = reversedBits(job.bitReversal, job.order, block + 1, plan.bits2 - 3);
+        for (int j = 0; j < 8; ++j)
+          dst.template prefetch<V>(((then + j * blocks) * plan.vectors1 + first + v) * lanes<V>);
+      }
+      butterfly<D, 8>(
+          [&](auto j) __attribute__((always_inline)) {
+            const Complex<V> x = from.get(j * plan.wide);
+            if constexpr (decltype(j)::value == 0) return x;
+            else return turnBy<D>(x, w + 2 * (j - 1));
+          },
+          [&](auto j, Complex<V> x) __attribute__((always_inline)) {
+            if constexpr (scale) x = {x.re * f, x.im * f};
+            dst.put(((k + j * blocks) * plan.vectors1 + first + v) * lanes<V>, x);
+          });
+    }
+  }
+}
+
+}  // namespace ovks::fft
