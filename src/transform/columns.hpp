@@ -20,8 +20,7 @@ void blocksPass(int bits, RowSet rows, std::ptrdiff_t m, std::ptrdiff_t blocks, 
 template <Direction D, class In, class Out>
 void firstPass(int bits, In in, Out out, std::ptrdiff_t m) {
   if (bits == 2) firstPass<D, 4>(in, out, m);
-  else if (bits == 3) firstPass<D, 8>(in, out, m);
-  else firstPass<D, 16>(in, out, m);
+  else firstPass<D, 8>(in, out, m);
 }
 
 // The passes over columns but the first, on blocks of rows.

@@ -71,8 +71,8 @@ void inCache(const Job<Lane<V>>& job, Points src, Points dst) {
   close<D>(job, rows, dst, m, TileTwiddles<V, false>{job.twiddles});
 }
 
-// The outer passes, the first of radix 4 and the last of radix R, through the work buffer: as much of each of `parts`
-// parts at a time as it holds, so that memory is read and written once.
+// The outer passes, the first of radix 4 and the others of radix R, through the work buffer: a run of each of `parts`
+// parts at a time, so that memory is read and written once.
 template <Direction D, int R, class V, class Points, class RowSet>
 void outerPasses(std::ptrdiff_t parts, Points src, RowSet dst, std::ptrdiff_t m, const Lane<V>* twiddles,
                  Lane<V>* work) {
@@ -104,7 +104,7 @@ void large(const Job<Lane<V>>& job, Points src, Points dst, RowSet rows) {
   const std::ptrdiff_t blocks = std::ptrdiff_t{1} << outer;
   if (outer == 4) outerPasses<D, 4, V>(blocks, src, rows, m, columns, job.work);
   else outerPasses<D, 8, V>(blocks, src, rows, m, columns, job.work);
-  Columns<D, RowSet>(passes, columns).run(outer == 4 ? 2 : 3, rows, m >> outer, 0, blocks, blocks);
+  Columns<D, RowSet>(passes, columns).run(outerPassesOf<T>(job.order).count, rows, m >> outer, 0, blocks, blocks);
   const TileTwiddleProducts<V> twiddles = {job.twiddles + layout.tiles, job.twiddles};
   if (job.scale) closingPassInPlace<D, true>(rows, dst, m, twiddles, job.bitReversal, job.factor);
   else closingPassInPlace<D, false>(rows, dst, m, twiddles, job.bitReversal, T(1));

@@ -34,12 +34,17 @@ struct Passes {
   constexpr void add(int b) { bits[count++] = b; }
 };
 
-// The outer passes of large transforms take 2^outerBits blocks apart, each then transformed on its own: two of radix 4,
-// or one of 4 and two of 8.
+// The outer passes of large transforms take 2^outerBits blocks apart, each then transformed on its own.
 template <class T>
 constexpr int outerBits(int order) {
   if (order <= kMaxInCacheOrder<T>) return 0;
   return order <= kMaxInCacheOrder<T> + 4 ? 4 : 8;
+}
+template <class T>
+constexpr Passes outerPassesOf(int order) {
+  const int outer = outerBits<T>(order);
+  if (outer == 0) return {};
+  return outer == 4 ? Passes{2, {2, 2}} : Passes{3, {2, 3, 3}};
 }
 
 // After the outer ones of radix 8 as far as may be. AVX-512 has registers enough for radix 16, which goes last: where
@@ -49,11 +54,8 @@ constexpr int outerBits(int order) {
 template <class T>
 constexpr Passes choosePasses(int order) {
   constexpr int kPageRows = 4096 / (2 * kVectorBytes);
-  Passes p;
-  const int outer = outerBits<T>(order);
-  if (outer > 0) p.add(2);
-  for (int rest = outer - 2; rest > 0; rest -= p.bits[p.count - 1]) p.add(outer == 4 ? 2 : 3);
-  int bits = order - log2OfPower(kLanes<T>) - outer;
+  Passes p = outerPassesOf<T>(order);
+  int bits = order - log2OfPower(kLanes<T>) - outerBits<T>(order);
   const auto take = [&](int b) {
     p.add(b);
     bits -= b;
@@ -82,6 +84,15 @@ struct PassTable {
 };
 template <class T>
 inline constexpr PassTable<T> kPassTable;
+
+// Whether first passes are of radix 4 or 8.
+template <class T>
+constexpr bool firstPassesAreShort() {
+  for (int order = kMaxSmallOrder + 1; order <= kMaxOrder; ++order)
+    if (kPassTable<T>.ofOrder[order].bits[0] > 3) return false;
+  return true;
+}
+static_assert(firstPassesAreShort<float>() && firstPassesAreShort<double>());
 
 template <class T>
 constexpr const Passes& passesOf(int order) {
