@@ -22,7 +22,9 @@ enum {
   OvkFeatureAVX512VL = 1 << 7
 };
 
-/** Returns @p size bytes at a 64-byte boundary, or null when @p size is zero or below or memory is exhausted. */
+/** Returns @p size bytes at a 64-byte boundary, or null when @p size is zero or below or memory is exhausted. Blocks of
+ *  64 KB and more begin at differing places within memory pages, so that those used together do not compete for the
+ *  same sets of the caches. */
 void* ovkMalloc(int64_t size);
 
 /** Releases memory from ovkMalloc(); a null pointer is ignored. */

@@ -50,6 +50,19 @@ TEST(Companion, Allocates) {
 #endif
 }
 
+// Large blocks that are in use together differ in the cache lines of a page where they begin.
+TEST(Companion, SpreadsLargeBlocks) {
+  constexpr int kBlocks = 16;
+  std::set<std::uintptr_t> lines;
+  std::vector<void*> blocks;
+  for (int i = 0; i < kBlocks; ++i) {
+    blocks.push_back(ovkMalloc(1 << 20));
+    lines.insert(reinterpret_cast<std::uintptr_t>(blocks.back()) % 4096 / 64);
+  }
+  std::for_each(blocks.begin(), blocks.end(), ovkFree);
+  EXPECT_EQ(lines.size(), static_cast<std::size_t>(kBlocks));
+}
+
 TEST(Companion, Aligns) {
   alignas(128) static char memory[256];
   for (const std::int32_t alignment : {1, 2, 32, 128}) {
