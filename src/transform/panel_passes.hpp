@@ -17,7 +17,7 @@ struct PanelSource {
   std::ptrdiff_t lane;
 
   OVKS_INLINE In at(std::ptrdiff_t g, std::ptrdiff_t l, std::ptrdiff_t v) const {
-    return in.from(tiles[g].first + v * tiles[g].vector + l * lane);
+    return in.from(tiles[g].first + v * tiles[g].vector).from(Even{l * lane});
   }
   OVKS_INLINE void prefetch(std::ptrdiff_t g, std::ptrdiff_t l, std::ptrdiff_t v) const { at(g, l, v).prefetch(0); }
 };
@@ -25,27 +25,30 @@ struct PanelSource {
 // Rows asked for before they are read.
 inline constexpr int kRowsAhead = 4;
 
-// The columns' first pass, from memory into a panel.
-template <Direction D, int R, class In, class V>
-[[gnu::noinline]] void panelPass(PanelSource<In> source, std::ptrdiff_t rows, std::ptrdiff_t wide, Rows<V> panel) {
+// Every so many vectors of each row take the columns' first pass, from memory into a panel.
+template <Direction D, int R, int every, class In, class V>
+[[gnu::noinline]] void panelPass(PanelSource<In> source, std::ptrdiff_t rows, std::ptrdiff_t wide,
+                                 std::ptrdiff_t firstVector, Rows<V> panel) {
   constexpr std::ptrdiff_t L = lanes<V>;
   const std::ptrdiff_t n = rows / R;
   for (std::ptrdiff_t i = 0; i < n; ++i) {
-    for (std::ptrdiff_t v = 0; v < wide; ++v, panel = panel.from(1)) {
+    for (std::ptrdiff_t v = firstVector; v < wide; v += every) {
+      const Rows<V> to = panel.from(i * wide + v);
       // The processor does not see which rows are to follow.
       unroll<R>([&](auto j)
                     __attribute__((always_inline)) { source.prefetch(i / L + j * (n / L), i % L + kRowsAhead, v); });
       butterfly<D, R>(
           [&](auto j) __attribute__((always_inline)) { return source.at(i / L + j * (n / L), i % L, v).get(0); },
           [&](auto k, Complex<V> x)
-              __attribute__((always_inline)) { panel.put(bitReversed(k, log2OfPower(R)) * (n * wide), x); });
+              __attribute__((always_inline)) { to.put(bitReversed(k, log2OfPower(R)) * (n * wide), x); });
     }
   }
 }
-template <Direction D, class In, class V>
+template <Direction D, int turns, class In, class V>
 void panelPass(int bits, PanelSource<In> source, std::ptrdiff_t rows, std::ptrdiff_t wide, Rows<V> panel) {
-  if (bits == 2) panelPass<D, 4>(source, rows, wide, panel);
-  else panelPass<D, 8>(source, rows, wide, panel);
+  for (int turn = 0; turn < turns; ++turn)
+    if (bits == 2) panelPass<D, 4, turns>(source, rows, wide, turn, panel);
+    else panelPass<D, 8, turns>(source, rows, wide, turn, panel);
 }
 
 // Twiddles exp(-2 pi i k1 n2 / N) for the L numbers k1 of vector t and number l of the n2 of vector g: a product of
@@ -89,15 +92,45 @@ template <Direction D, class Order, class V, class In, class Out>
     for (int l = 0; l < L; ++l) next.prefetch(t, l, v);
     // Stores to where no cache line is would wait for it.
     if constexpr (Out::kVia == Via::caches)
-      for (int l = 0; l < L; ++l) out.prefetch((t + 1) * outVector + l * outRow);
+      for (int l = 0; l < L; ++l) out.from((t + 1) * outVector).from(Even{l * outRow}).prefetch(0);
     transposed<Order, V>(
         [&](auto r, auto s) __attribute__((always_inline)) { return row(r).halves(row(s)); },
         [&](auto point) __attribute__((always_inline)) {
           unroll<L>([&](auto l) __attribute__((always_inline)) {
-            out.put(t * outVector + l * outRow, twiddles.template turn<D>(t, g, l, point(l)));
+            out.from(t * outVector).from(Even{l * outRow}).put(0, twiddles.template turn<D>(t, g, l, point(l)));
           });
         });
   }
+}
+
+// Where blocks of the last pass leave spectrum points: that of row 0, vector v, at place(block, v), the others a step
+// apart.
+template <class V>
+struct PanelResults {
+  const int32_t* bitReversal;
+  int order, bits;
+  std::ptrdiff_t vectors1, first, step;
+
+  OVKS_INLINE std::ptrdiff_t place(std::ptrdiff_t block, std::ptrdiff_t v) const {
+    return (reversedBits(bitReversal, order, block, bits) * vectors1 + first + v) * lanes<V>;
+  }
+};
+
+// Blocks whose imaginary parts are held back.
+inline constexpr std::ptrdiff_t kHeldBlocks = 8;
+
+// The imaginary parts of such blocks, from the panel.
+template <class V>
+OVKS_INLINE void releaseImaginary(Rows<V> panel, std::ptrdiff_t wide, PanelResults<V> results, std::ptrdiff_t block,
+                                  Lane<V>* im) {
+  for (std::ptrdiff_t b = block; b < block + kHeldBlocks; ++b)
+    for (std::ptrdiff_t v = 0; v < wide; ++v) {
+      const Rows<V> from = panel.from(b * 8 * wide + v);
+      const std::ptrdiff_t then = results.place(b + 1, v), to = results.place(b, v);
+      for (int j = 0; j < 8; ++j) __builtin_prefetch(im + then + j * results.step, 0, 2);
+      unroll<8>([&](auto j)
+                    __attribute__((always_inline)) { store(im + to + j * results.step, from.get(j * wide).im); });
+    }
 }
 
 // The last pass, on n blocks of 8 rows of the panel from the given one on: spectrum point k of the columns is row k of
@@ -106,20 +139,17 @@ template <Direction D, bool scale, class V, class In, class Points>
 [[gnu::noinline]] void lastPanelPass(const Job<Lane<V>>& job, const PanelPlan<Lane<V>>& plan, Rows<V> panel,
                                      PanelSource<In> next, std::ptrdiff_t block, std::ptrdiff_t n, Points dst,
                                      std::ptrdiff_t first) {
-  const std::ptrdiff_t blocks = plan.n2 / 8;
+  const std::ptrdiff_t blocks = plan.n2 / 8, step = blocks * plan.vectors1 * lanes<V>;
+  const PanelResults<V> results = {job.bitReversal, job.order, plan.bits2 - 3, plan.vectors1, first, step};
   const Lane<V>* w = job.twiddles + plan.columns2 + columnTwiddles(blocks, plan.passes2.bits[0]) + block * 2 * 7;
   const V f = splat<V>(job.factor);
-  for (; n > 0; --n, ++block, w += 2 * 7) {
-    const std::ptrdiff_t k = reversedBits(job.bitReversal, job.order, block, plan.bits2 - 3);
+  for (const std::ptrdiff_t end = block + n; block < end; ++block, w += 2 * 7) {
     for (std::ptrdiff_t v = 0; v < plan.wide; ++v) {
       const Rows<V> from = panel.from(block * 8 * plan.wide + v);
       for (int j = 0; j < 8; ++j) next.prefetch(block * 8 / lanes<V>, block * 8 % lanes<V> + j, v);
-      // Rows of the next block.
-      if constexpr (Points::kVia == Via::caches) {
-        const std::ptrdiff_t then = reversedBits(job.bitReversal, job.order, block + 1, plan.bits2 - 3);
-        for (int j = 0; j < 8; ++j)
-          dst.template prefetch<V>(((then + j * blocks) * plan.vectors1 + first + v) * lanes<V>);
-      }
+      const std::ptrdiff_t then = results.place(block + 1, v), to = results.place(block, v);
+      if constexpr (Points::kVia == Via::caches)
+        for (int j = 0; j < 8; ++j) dst.template prefetch<V>(then + j * step);
       butterfly<D, 8>(
           [&](auto j) __attribute__((always_inline)) {
             const Complex<V> x = from.get(j * plan.wide);
@@ -128,9 +158,17 @@ template <Direction D, bool scale, class V, class In, class Points>
           },
           [&](auto j, Complex<V> x) __attribute__((always_inline)) {
             if constexpr (scale) x = {x.re * f, x.im * f};
-            dst.put(((k + j * blocks) * plan.vectors1 + first + v) * lanes<V>, x);
+            if constexpr (Points::kHeld) {
+              store(dst.re + to + j * step, x.re);
+              store(from.from(j * plan.wide).p + lanes<V>, x.im);
+            } else {
+              dst.put(to + j * step, x);
+            }
           });
     }
+    if constexpr (Points::kHeld)
+      if (block % kHeldBlocks == kHeldBlocks - 1)
+        releaseImaginary(panel, plan.wide, results, block - (kHeldBlocks - 1), dst.im);
   }
 }
 

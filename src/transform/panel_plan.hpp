@@ -8,8 +8,8 @@
 namespace ovks::fft {
 
 // Less of a row wastes what memory gives with one access; half as much, where the work buffer has no room for more,
-// still pays. Of doubles twice as much does where two arrays share their offset within pages, so that lines of few sets
-// hold a panel.
+// still pays. Twice as much does where two arrays share their offset within pages, so that lines of few sets hold a
+// panel.
 inline constexpr int kPanelRowBytes = 256;
 
 // The orders where panels pay.
@@ -45,12 +45,12 @@ struct PanelPlan {
 
   constexpr std::ptrdiff_t rowBytes(int order, bool sharedOffset) const {
     const int64_t work = complexSizes<T>(order).work;
-    if (sizeof(T) == 8 && sharedOffset && 2 * kPanelRowBytes * n2 <= work) return 2 * kPanelRowBytes;
+    if (sharedOffset && 2 * kPanelRowBytes * n2 <= work) return 2 * kPanelRowBytes;
     return kPanelRowBytes * n2 <= work ? kPanelRowBytes : kPanelRowBytes / 2;
   }
 
-  // The first of radix 4 or 8, as rows stand memory pages apart, so that their lines share a set of the first cache; the
-  // last of radix 8.
+  // The first of radix 4 or 8, as rows stand memory pages apart, so that their lines share a set of the first cache;
+  // the last of radix 8.
   static constexpr Passes panelPasses(int bits) {
     Passes p;
     for (; bits % 3 != 0; bits -= p.bits[p.count - 1]) p.add(2);

@@ -29,7 +29,7 @@ void firstSweep(const Job<Lane<V>>& job, const PanelPlan<Lane<V>>& plan, Points 
   for (std::ptrdiff_t first = 0; first < plan.vectors2; first += plan.wide) {
     const PanelSource<In> source = {In{src}.from(first), tiles, row},
                           next = {In{src}.from(first + plan.wide), tiles, row};
-    panelPass<D>(bits, source, plan.n1, plan.wide, panel);
+    panelPass<D, 1>(bits, source, plan.n1, plan.wide, panel);
     columns.run(1, panel, plan.n1 * plan.wide >> bits, 0, blocks, blocks);
     for (std::ptrdiff_t v = 0; v < plan.wide; ++v) {
       const std::ptrdiff_t g = first + v, to = g % plan.vectors1 * tile + g / plan.vectors1 * plan.vectors1;
@@ -77,7 +77,7 @@ void secondSweep(const Job<Lane<V>>& job, const PanelPlan<Lane<V>>& plan, RowSet
   const PanelSource<RowSet> source = {rows, tiles, plan.vectors2};
   findTiles(plan, 0, inPlace, tiles);
   for (std::ptrdiff_t first = 0; first < plan.vectors1; first += plan.wide) {
-    panelPass<D>(bits, source, plan.n2, plan.wide, panel);
+    panelPass<D, RowSet::kTurns>(bits, source, plan.n2, plan.wide, panel);
     if (inPlace) vacate(plan, first, rows);
     findTiles(plan, first + plan.wide, inPlace, tiles);
     for (std::ptrdiff_t b = 0; b < blocks; ++b) {
@@ -88,11 +88,9 @@ void secondSweep(const Job<Lane<V>>& job, const PanelPlan<Lane<V>>& plan, RowSet
   }
 }
 
-// src and dst may be the same.
-template <Direction D, class V, class Points>
-void inPanels(const Job<Lane<V>>& job, Points src, Points dst) {
-  const PanelPlan<Lane<V>> plan(job.order, sharePageOffset(src) || sharePageOffset(dst));
-  const auto rows = rowsIn<V>(dst);
+// By way of rows in dst's room.
+template <Direction D, class V, class Points, class RowSet, class Results>
+void inPanels(const Job<Lane<V>>& job, const PanelPlan<Lane<V>>& plan, Points src, RowSet rows, Results dst) {
   const bool inPlace = haveSameArray(src, dst);
   const auto sweep = [&](auto rowsOut, auto pointsOut) {
     firstSweep<D, V>(job, plan, src, rowsOut, inPlace);
@@ -105,6 +103,20 @@ void inPanels(const Job<Lane<V>>& job, Points src, Points dst) {
   } else {
     sweep(rows, dst);
   }
+}
+
+// src and dst may be the same.
+template <Direction D, class V, class Points>
+void inPanels(const Job<Lane<V>>& job, Points src, Points dst) {
+  using T = Lane<V>;
+  const bool sharedOffset = sharePageOffset(src) || sharePageOffset(dst);
+  const PanelPlan<T> plan(job.order, sharedOffset);
+  // Pairs of vectors: their rows' room in one array is that of a panel's vectors in both.
+  if constexpr (std::is_same_v<Points, Split<T>>)
+    if (sharedOffset && plan.wide % 2 == 0)
+      return inPanels<D, V>(job, plan, src, AlternatingRows<V>{{dst.re, dst.im}},
+                            Split<T, Via::caches, true>{{dst.re, dst.im}});
+  inPanels<D, V>(job, plan, src, rowsIn<V>(dst), dst);
 }
 
 }  // namespace ovks::fft

@@ -70,7 +70,7 @@ bool sharePageOffset(OneArray<T>) {
 }
 template <class T>
 bool sharePageOffset(TwoArrays<T> a) {
-  constexpr uintptr_t kNear = 64;
+  constexpr uintptr_t kNear = 127;
   const uintptr_t apart = reinterpret_cast<uintptr_t>(a.re) - reinterpret_cast<uintptr_t>(a.im);
   return (apart + kNear) % kPageBytes <= 2 * kNear;
 }
@@ -94,6 +94,7 @@ struct Interleaved : OneArray<T> {
   using PastCaches = Interleaved<T, Via::none>;
   using Order = ByChunks;
   static constexpr Via kVia = via;
+  static constexpr bool kHeld = false;
   using Arrays::p;
 
   template <class V, class To = Order>
@@ -119,12 +120,14 @@ struct Interleaved : OneArray<T> {
   OVKS_INLINE Interleaved from(std::ptrdiff_t i) const { return {p + 2 * i}; }
 };
 
-template <class T, Via via = Via::caches>
+// `held`: imaginary parts are to be held back for a while, so that fewer lines at once crowd a set of the first cache.
+template <class T, Via via = Via::caches, bool held = false>
 struct Split : TwoArrays<T> {
   using Arrays = TwoArrays<T>;
   using PastCaches = Split<T, Via::none>;
   using Order = InOrder;
   static constexpr Via kVia = via;
+  static constexpr bool kHeld = held;
   using Arrays::re, Arrays::im;
 
   template <class V>
@@ -139,7 +142,7 @@ struct Split : TwoArrays<T> {
   template <class V>
   OVKS_INLINE void prefetch(std::ptrdiff_t i) const {
     __builtin_prefetch(re + i, 0, 2);
-    __builtin_prefetch(im + i, 0, 2);
+    if (!held) __builtin_prefetch(im + i, 0, 2);
   }
   OVKS_INLINE Complex<T> at(std::ptrdiff_t i) const { return {re[i], im[i]}; }
   OVKS_INLINE void set(std::ptrdiff_t i, Complex<T> x) const {

@@ -20,6 +20,7 @@ struct Rows : OneArray<Lane<V>> {
   using Vector = V;
   static constexpr Via kVia = via;
   static constexpr bool kHeld = false;
+  static constexpr int kTurns = 1;
   using Arrays::p;
 
   OVKS_INLINE Complex<V> get(std::ptrdiff_t i) const {
@@ -55,6 +56,7 @@ struct SplitRows : TwoArrays<Lane<V>> {
   using Vector = V;
   static constexpr Via kVia = via;
   static constexpr bool kHeld = held;
+  static constexpr int kTurns = 1;
   using Arrays::re, Arrays::im;
 
   OVKS_INLINE Complex<V> get(std::ptrdiff_t i) const {
@@ -70,6 +72,38 @@ struct SplitRows : TwoArrays<Lane<V>> {
     __builtin_prefetch(im + i * lanes<V>, 1, 2);
   }
   OVKS_INLINE SplitRows from(std::ptrdiff_t i) const { return {re + i * lanes<V>, im + i * lanes<V>}; }
+};
+
+// A number of rows that is even.
+struct Even {
+  std::ptrdiff_t n;
+  OVKS_INLINE constexpr operator std::ptrdiff_t() const { return n; }
+};
+
+// In two arrays that share their offset within pages, for what stands there in between: rows of even number in that of
+// the real parts, rows of odd number in the other, each with both its parts. Who takes the even ones first and then the
+// odd ones, in turns, has to do with one array at a time.
+template <class V, Via via = Via::caches>
+struct AlternatingRows : TwoArrays<Lane<V>> {
+  using Arrays = TwoArrays<Lane<V>>;
+  using PastCaches = AlternatingRows<V, Via::none>;
+  static constexpr Via kVia = via;
+  static constexpr int kTurns = 2;
+  using Arrays::re, Arrays::im;
+
+  OVKS_INLINE Complex<V> get(std::ptrdiff_t i) const { return row(i).get(0); }
+  OVKS_INLINE void put(std::ptrdiff_t i, Complex<V> x) const { row(i).put(0, x); }
+  OVKS_INLINE void prefetch(std::ptrdiff_t i) const { row(i).prefetch(0); }
+  // Then the next row with an even distance is in the same array, and the compiler knows it.
+  OVKS_INLINE AlternatingRows from(Even i) const { return {{re + i.n * lanes<V>, im + i.n * lanes<V>}}; }
+  OVKS_INLINE AlternatingRows from(std::ptrdiff_t i) const {
+    const AlternatingRows pair = from(Even{i & -2});
+    if (i & 1) return {{pair.im, pair.re + 2 * lanes<V>}};
+    return pair;
+  }
+
+ private:
+  OVKS_INLINE Rows<V, via> row(std::ptrdiff_t i) const { return {from(i).re}; }
 };
 
 // The rows in the room of a transform's points, and in a work buffer.

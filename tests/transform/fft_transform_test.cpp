@@ -138,6 +138,18 @@ TEST(Fft, MatchesReference) {
   }
 }
 
+template <class Object>
+struct Plan {
+  Plan(int order, FFTFlag flag, auto getSize, auto init) {
+    int size, room, work;
+    EXPECT_EQ(getSize(order, flag, AlgHintNone, &size, &room, &work), StatusOk);
+    area.resize(static_cast<std::size_t>(size)), buffer.resize(static_cast<std::size_t>(std::max(room, work)));
+    EXPECT_EQ(init(&object, order, flag, AlgHintNone, area.data(), buffer.data()), StatusOk);
+  }
+  std::vector<uint8_t> area, buffer;
+  Object* object = nullptr;
+};
+
 // Few points among zeros, so that each bin is a sum of few terms; their energy, and the way back.
 template <class E, class Object>
 void checkLargest(std::initializer_list<int> orders, auto getSize, auto init,
@@ -148,17 +160,14 @@ void checkLargest(std::initializer_list<int> orders, auto getSize, auto init,
   for (const int order : orders) {
     SCOPED_TRACE(order);
     const std::size_t n = std::size_t{1} << order;
-    int spec, room, work;
-    ASSERT_EQ(getSize(order, FFTDivInvByN, AlgHintNone, &spec, &room, &work), StatusOk);
-    std::vector<uint8_t> area(static_cast<std::size_t>(spec)), buffer(static_cast<std::size_t>(std::max(room, work)));
+    Plan<Object> plan(order, FFTDivInvByN, getSize, init);
+    const auto [object, buffer] = std::pair(plan.object, plan.buffer.data());
     std::vector<T> x(parts<E> * n), y(x.size());
     const std::pair<std::size_t, T> points[] = {{1, 1}, {n / 2 + 12345, T(-0.5)}, {n - 7, T(0.25)}};
     for (const auto& [at, value] : points) x[parts<E> * at] = value;
     const auto data = reinterpret_cast<E*>(x.data());
-    Object* object = nullptr;
-    ASSERT_EQ(init(&object, order, FFTDivInvByN, AlgHintNone, area.data(), buffer.data()), StatusOk);
-    ASSERT_EQ(apart(data, reinterpret_cast<E*>(y.data()), object, buffer.data()), StatusOk);
-    ASSERT_EQ(forward(data, object, buffer.data()), StatusOk);
+    ASSERT_EQ(apart(data, reinterpret_cast<E*>(y.data()), object, buffer), StatusOk);
+    ASSERT_EQ(forward(data, object, buffer), StatusOk);
     EXPECT_EQ(x, y);
     long double energy = 0, energyOfPoints = 0;
     for (const T v : x) energy += static_cast<long double>(v) * v;
@@ -173,7 +182,7 @@ void checkLargest(std::initializer_list<int> orders, auto getSize, auto init,
       for (const auto& [at, value] : points) rest = rest - static_cast<long double>(value) * unitRoot(k * at % n, n);
       ASSERT_LE(std::hypot(rest.re, rest.im), bound) << k;
     }
-    ASSERT_EQ(inverse(data, object, buffer.data()), StatusOk);
+    ASSERT_EQ(inverse(data, object, buffer), StatusOk);
     for (const auto& [at, value] : points) x[parts<E> * at] -= value;
     for (const T rest : x) ASSERT_LE(std::fabs(rest), bound);
   }
@@ -184,6 +193,46 @@ TEST(Fft, LargeOrders) {
                ovksFFTFwd_CToC_32fc_I, ovksFFTInv_CToC_32fc_I);
   checkLargest({19, 20, 21, 22, 23}, ovksFFTGetSize_C_64fc, ovksFFTInit_C_64fc, ovksFFTFwd_CToC_64fc,
                ovksFFTFwd_CToC_64fc_I, ovksFFTInv_CToC_64fc_I);
+}
+
+// Two arrays get the bits that interleaved points get, however they lie within memory pages, in place or not.
+template <class E, class Object, class Split>
+void checkLargeSplit(std::initializer_list<int> orders, auto getSize, auto init,
+                     Status (*interleaved)(const E*, E*, const Object*, uint8_t*), auto getSplitSize, auto initSplit,
+                     Status (*split)(const Real<E>*, const Real<E>*, Real<E>*, Real<E>*, const Split*, uint8_t*),
+                     auto splitInPlace) {
+  using T = Real<E>;
+  for (const int order : orders) {
+    const std::size_t n = std::size_t{1} << order;
+    std::vector<T> x(2 * n), y(2 * n), room(2 * n + 2048), roomForResults(room.size());
+    std::mt19937 random(static_cast<unsigned>(order));
+    for (T& v : x) v = static_cast<T>(static_cast<std::int32_t>(random())) / 65536;
+    Plan<Object> plan(order, FFTDivFwdByN, getSize, init);
+    interleaved(reinterpret_cast<E*>(x.data()), reinterpret_cast<E*>(y.data()), plan.object, plan.buffer.data());
+    const auto differ = [&](const T* re, const T* im) {
+      for (std::size_t i = 0; i < n; ++i)
+        if (re[i] != y[2 * i] || im[i] != y[2 * i + 1]) return true;
+      return false;
+    };
+    Plan<Split> splitPlan(order, FFTDivFwdByN, getSplitSize, initSplit);
+    const auto aligned = [](T* p) { return p + -reinterpret_cast<std::uintptr_t>(p) % 64 / sizeof(T); };
+    for (const std::size_t shift : {0, 512, 1501}) {
+      T *const re = aligned(room.data()), *const im = re + n + shift;
+      T *const toRe = aligned(roomForResults.data()), *const toIm = toRe + n + shift;
+      for (std::size_t i = 0; i < n; ++i) re[i] = x[2 * i], im[i] = x[2 * i + 1];
+      split(re, im, toRe, toIm, splitPlan.object, splitPlan.buffer.data());
+      EXPECT_FALSE(differ(toRe, toIm)) << order << " " << shift;
+      splitInPlace(re, im, splitPlan.object, splitPlan.buffer.data());
+      EXPECT_FALSE(differ(re, im)) << order << " " << shift;
+    }
+  }
+}
+
+TEST(Fft, LargeOrdersInTwoArrays) {
+  checkLargeSplit({19, 20, 21, 22}, ovksFFTGetSize_C_32fc, ovksFFTInit_C_32fc, ovksFFTFwd_CToC_32fc,
+                  ovksFFTGetSize_C_32f, ovksFFTInit_C_32f, ovksFFTFwd_CToC_32f, ovksFFTFwd_CToC_32f_I);
+  checkLargeSplit({18, 19, 22}, ovksFFTGetSize_C_64fc, ovksFFTInit_C_64fc, ovksFFTFwd_CToC_64fc, ovksFFTGetSize_C_64f,
+                  ovksFFTInit_C_64f, ovksFFTFwd_CToC_64f, ovksFFTFwd_CToC_64f_I);
 }
 
 // Some eight gigabytes; with --gtest_also_run_disabled_tests.
