@@ -59,10 +59,12 @@ struct PanelPlan {
   }
 };
 
-// Other transforms work in the caches, or in the destination itself.
-template <class T>
+// Other transforms work in the caches, or in the destination itself; so do those in two arrays where there is room for
+// half a row only.
+template <class T, class Order>
 constexpr bool takesPanels(int order) {
-  return order >= kMinPanelOrder<T> && order <= kMaxPanelOrder;
+  if (order < kMinPanelOrder<T> || order > kMaxPanelOrder) return false;
+  return std::is_same_v<Order, ByChunks> || PanelPlan<T>(order).rowBytes(order, false) == kPanelRowBytes;
 }
 
 // Whether twiddles and panels of all orders find room, and the last passes are of radix 8.

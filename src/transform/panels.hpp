@@ -111,11 +111,14 @@ void inPanels(const Job<Lane<V>>& job, Points src, Points dst) {
   using T = Lane<V>;
   const bool sharedOffset = sharePageOffset(src) || sharePageOffset(dst);
   const PanelPlan<T> plan(job.order, sharedOffset);
-  // Pairs of vectors: their rows' room in one array is that of a panel's vectors in both.
-  if constexpr (std::is_same_v<Points, Split<T>>)
-    if (sharedOffset && plan.wide % 2 == 0)
+  if constexpr (std::is_same_v<Points, Split<T>>) {
+    if (sharedOffset) {
+      // A panel's room is the same in rows of either kind, as its rows are of even numbers of vectors.
+      static_assert(kPanelRowBytes / (2 * kVectorBytes) % 2 == 0);
       return inPanels<D, V>(job, plan, src, AlternatingRows<V>{{dst.re, dst.im}},
                             Split<T, Via::caches, true>{{dst.re, dst.im}});
+    }
+  }
   inPanels<D, V>(job, plan, src, rowsIn<V>(dst), dst);
 }
 
