@@ -16,8 +16,8 @@ const LibraryVersion* ovksGetLibVersion(void);
 /** @name Malloc
  *  Allocates memory for @p len elements of the suffix's type, 64-byte aligned and not initialised.
  *  Returns null when @p len is zero or below, when the byte count exceeds 2^31 - 1, and when memory is exhausted.
- *  Only ovksFree() releases the memory. Transforms of large arrays that are used together are faster if these come from
- *  here, each by itself: see ovkMalloc(). @{ */
+ *  Only ovksFree() releases the memory. Each large array that is used with others is best allocated by itself: see
+ *  ovkMalloc(). @{ */
 uint8_t* ovksMalloc_8u(int len);
 int8_t* ovksMalloc_8s(int len);
 uint16_t* ovksMalloc_16u(int len);

@@ -13,7 +13,7 @@
  *  read it, so that threads may share it, each with a work buffer of its own. Nothing needs to be released.
  *
  *  A destination may be the source; `_I` forms are just that, and give the same bits. Arrays may stand at any address;
- *  64-byte boundaries are fastest. */
+ *  64-byte boundaries are fastest, and large arrays that begin in different lines of a page: see ovkMalloc(). */
 #ifndef OVKS_TRANSFORM_H
 #define OVKS_TRANSFORM_H
 
