@@ -123,70 +123,41 @@ bool crowdSets(Split<Lane<V>> dst, std::ptrdiff_t m) {
   return m * std::ptrdiff_t{2 * sizeof(V)} >= 16 * kPageBytes && sharePageOffset(dst);
 }
 
-// Into such arrays, the imaginary parts of several tiles at a time, so that they come as runs.
+// n runs of W vectors that have been held back, to places a step apart.
+template <int n, int W, class V>
+OVKS_INLINE void release(Lane<V>* to, std::ptrdiff_t step, const Lane<V>* held) {
+  for (int i = 0; i < n; ++i)
+    unroll<W>([&](auto t) __attribute__((always_inline)) {
+      store(to + i * step + t * lanes<V>, load<V>(held + (i * W + t) * lanes<V>));
+    });
+}
+
+// Into such arrays, the imaginary parts of several tiles at a time, so that they come as runs: some steps of them with
+// each of the next tiles, as all at once would crowd the sets again.
 inline constexpr int kHeldTiles = 8;
 template <Direction D, bool scale, class V, class Twiddles>
 [[gnu::noinline]] void closingPassHeld(Rows<V> rows, Split<Lane<V>> dst, std::ptrdiff_t m, Twiddles twiddles,
                                        const int32_t* bitReversal, Lane<V> factor) {
-  constexpr int L = lanes<V>, W = kHeldTiles;
-  alignas(64) Lane<V> held[L * W * L];
+  constexpr int L = lanes<V>, W = kHeldTiles, kSteps = L < W ? 1 : L / W;
+  alignas(64) Lane<V> held[2][L * W * L];
+  int turn = 0;
+  const auto releaseFrom = [&](int step, std::ptrdiff_t firstTile) {
+    release<kSteps, W, V>(dst.im + firstTile * L + step * m, m, held[turn ^ 1] + step * W * L);
+  };
   forTiles<Twiddles::kFew>(
       rows, m, bitReversal, [&](std::ptrdiff_t g, Rows<V> tile) __attribute__((always_inline)) {
-        Lane<V>* const h = held + g % W * L;
+        const int i = static_cast<int>(g % W), step = i * kSteps;
+        if (i == 0) turn ^= 1;
+        if (g >= W && step < L) releaseFrom(step, g - i - W);
+        Lane<V>* const h = held[turn] + i * L;
         closeTile<D, scale, InOrder>(
             tile, m / L, g, twiddles, factor, [&](auto j, Complex<V> x) __attribute__((always_inline)) {
               store(dst.re + g * L + j * m, x.re);
               store(h + j * (W * L), x.im);
             });
-        if (g % W == W - 1) release<L, W, V>(dst.im + (g - (W - 1)) * L, m, held);
       });
-}
-
-// The rows of two tiles: they lie too far apart for the processor to see them coming.
-template <class RowSet>
-OVKS_INLINE void prefetchPair(RowSet rows, std::ptrdiff_t step, std::ptrdiff_t g, std::ptrdiff_t r) {
-  for (int j = 0; j < lanes<typename RowSet::Vector>; ++j) {
-    rows.prefetch(r + j * step);
-    rows.prefetch(g + j * step);
-  }
-}
-
-// In place: the points dst are the rows. Tiles change places in pairs.
-template <Direction D, bool scale, class RowSet, class Twiddles, class Points, class V = typename RowSet::Vector>
-[[gnu::noinline]] void closingPassInPlace(RowSet rows, Points dst, std::ptrdiff_t m, Twiddles twiddles,
-                                          const int32_t* bitReversal, Lane<V> factor) {
-  constexpr int L = lanes<V>;
-  alignas(64) Lane<V> scratch[(RowSet::kHeld ? 4 : 2) * L * L];
-  const Split<Lane<V>> held = {scratch, scratch + L * L};
-  const auto close = [&](std::ptrdiff_t from, std::ptrdiff_t g, auto out) __attribute__((always_inline)) {
-    closeTile<D, scale, typename Points::Order>(rows.from(from), m / L, g, twiddles, factor, out);
-  };
-  const auto nextPair = [&](std::ptrdiff_t g) {
-    while (++g < m / L && reverseTile<V>(bitReversal, g) < g) {
-    }
-    return g;
-  };
-  for (std::ptrdiff_t g = 0, next; g < m / L; g = next) {
-    const std::ptrdiff_t r = reverseTile<V>(bitReversal, g);
-    next = nextPair(g);
-    if (next < m / L) prefetchPair(rows, m / L, next, reverseTile<V>(bitReversal, next));
-    if (r == g) {
-      close(g, g, to<V>(dst, g * L, m));
-      continue;
-    }
-    close(r, g, to<V>(held, 0, L));
-    if constexpr (RowSet::kHeld) {
-      const Split<Lane<V>> other = {scratch + 2 * L * L, scratch + 3 * L * L};
-      close(g, r, to<V>(other, 0, L));
-      release<L, 1, V>(dst.re + r * L, m, other.re);
-      release<L, 1, V>(dst.re + g * L, m, held.re);
-      release<L, 1, V>(dst.im + r * L, m, other.im);
-      release<L, 1, V>(dst.im + g * L, m, held.im);
-    } else {
-      close(g, r, to<V>(dst, r * L, m));
-      for (int j = 0; j < L; ++j) dst.put(g * L + j * m, held.template get<V>(j * L));
-    }
-  }
+  turn ^= 1;
+  for (int step = 0; step < L; step += kSteps) releaseFrom(step, m / L - W);
 }
 
 }  // namespace ovks::fft

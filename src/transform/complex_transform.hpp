@@ -3,7 +3,7 @@
 // everything fits the caches, above in panels or in the destination itself.
 #pragma once
 
-#include "transform/closing_pass.hpp"
+#include "transform/closing_in_place.hpp"
 #include "transform/panels.hpp"
 #include "transform/spec.hpp"
 
@@ -72,11 +72,13 @@ void inCache(const Job<Lane<V>>& job, Points src, Points dst) {
 }
 
 // The outer passes, the first of radix 4 and the others of radix R, through the work buffer: a run of each of `parts`
-// parts at a time, so that memory is read and written once.
+// parts at a time, so that memory is read and written once. Runs are longer where that is other memory.
 template <Direction D, int R, class V, class Points, class RowSet>
-void outerPasses(std::ptrdiff_t parts, Points src, RowSet dst, std::ptrdiff_t m, const Lane<V>* twiddles,
-                 Lane<V>* work) {
-  const std::ptrdiff_t wide = (parts == 16 ? 1024 : 512) / std::ptrdiff_t{2 * sizeof(V)}, step = m / parts;
+void outerPasses(std::ptrdiff_t parts, Points src, RowSet dst, std::ptrdiff_t m, const Lane<V>* twiddles, Lane<V>* work,
+                 bool inPlace) {
+  constexpr int kTurns = RowSet::kTurns;
+  const std::ptrdiff_t runBytes = parts != 16 ? 512 : inPlace ? 1024 : 2048;
+  const std::ptrdiff_t wide = runBytes / std::ptrdiff_t{2 * sizeof(V)}, step = m / parts;
   const Rows<V> buffer = rowsIn<V>(OneArray<Lane<V>>{work});
   const PointRows<V, Points> rows = {src};
   for (std::ptrdiff_t i = 0; i < step; i += wide) {
@@ -89,12 +91,23 @@ void outerPasses(std::ptrdiff_t parts, Points src, RowSet dst, std::ptrdiff_t m,
       w += 2 * (R - 1) * blocks;
     }
     for (std::ptrdiff_t b = 0; b < blocks; ++b, w += 2 * (R - 1))
-      butterflies<D, R, true>(buffer.from(b * R * wide), wide, dst.from(b * R * step + i), step, wide, w);
+      for (int turn = 0; turn < kTurns; ++turn)
+        butterflies<D, R, true>(Every<kTurns, Rows<V>>{buffer.from(b * R * wide + turn)}, wide / kTurns,
+                                dst.ofTurn(turn).from((b * R * step + i) / kTurns), step / kTurns, wide / kTurns, w);
   }
 }
 
-template <Direction D, class V, class Points, class RowSet>
-void large(const Job<Lane<V>>& job, Points src, Points dst, RowSet rows) {
+template <class V>
+Rows<V> rowsBetween(Interleaved<Lane<V>> dst) {
+  return {dst};
+}
+template <class V>
+AlternatingRows<V> rowsBetween(Split<Lane<V>> dst) {
+  return {dst};
+}
+
+template <Direction D, class V, class Points>
+void large(const Job<Lane<V>>& job, Points src, Points dst) {
   using T = Lane<V>;
   const std::ptrdiff_t m = (std::ptrdiff_t{1} << job.order) / lanes<V>;
   const Passes& passes = passesOf<T>(job.order);
@@ -102,18 +115,16 @@ void large(const Job<Lane<V>>& job, Points src, Points dst, RowSet rows) {
   const T* columns = job.twiddles + layout.columns;
   const int outer = outerBits<T>(job.order);
   const std::ptrdiff_t blocks = std::ptrdiff_t{1} << outer;
-  if (outer == 4) outerPasses<D, 4, V>(blocks, src, rows, m, columns, job.work);
-  else outerPasses<D, 8, V>(blocks, src, rows, m, columns, job.work);
-  Columns<D, RowSet>(passes, columns).run(outerPassesOf<T>(job.order).count, rows, m >> outer, 0, blocks, blocks);
+  const auto rows = rowsBetween<V>(dst);
+  const bool inPlace = haveSameArray(src, dst);
+  if (outer == 4) outerPasses<D, 4, V>(blocks, src, rows, m, columns, job.work, inPlace);
+  else outerPasses<D, 8, V>(blocks, src, rows, m, columns, job.work, inPlace);
+  Columns<D, decltype(rows)>(passes, columns)
+      .run(outerPassesOf<T>(job.order).count, rows, m >> outer, 0, blocks, blocks);
   const TileTwiddleProducts<V> twiddles = {job.twiddles + layout.tiles, job.twiddles};
-  if (job.scale) closingPassInPlace<D, true>(rows, dst, m, twiddles, job.bitReversal, job.factor);
-  else closingPassInPlace<D, false>(rows, dst, m, twiddles, job.bitReversal, T(1));
-}
-template <Direction D, class V, class Points>
-void large(const Job<Lane<V>>& job, Points src, Points dst) {
-  if constexpr (std::is_same_v<Points, Split<Lane<V>>>)
-    if (sharePageOffset(dst)) return large<D, V>(job, src, dst, SplitRows<V, Via::caches, true>{{dst.re, dst.im}});
-  large<D, V>(job, src, dst, rowsIn<V>(dst));
+  const auto places = placesIn<V>(dst, m, job.bitReversal);
+  if (job.scale) closingPassInPlace<D, true, V>(places, twiddles, job.factor);
+  else closingPassInPlace<D, false, V>(places, twiddles, T(1));
 }
 
 // src and dst may be the same.

@@ -42,11 +42,10 @@ OVKS_INLINE Complex<V> turnBy(Complex<V> x, const Lane<V>* w) {
   else return {fma(x.re, c, x.im * s), fma(x.im, c2, -(x.re * s2))};
 }
 
-// The butterfly of radix R on points j at rows j * step on from in, each result given to put(Index<row>, x): the
-// spectrum's order is bit-reversed. w holds R - 1 twiddles; the first pass has none.
-template <Direction D, int R, bool twiddles, class V, class In, class Put>
-OVKS_INLINE void butterflyOfRows(In in, std::ptrdiff_t step, const Lane<V>* w, Put put) {
-  const Strided<R, In> from(in, step);
+// The butterfly of radix R on the points from(Index<j>), each result given to put(Index<row>, x): the spectrum's order
+// is bit-reversed. w holds R - 1 twiddles; the first pass has none.
+template <Direction D, int R, bool twiddles, class V, class From, class Put>
+OVKS_INLINE void butterflyOfRows(const From& from, const Lane<V>* w, Put put) {
   butterfly<D, R>(
       [&](auto j) __attribute__((always_inline)) {
         const Complex<V> x = from(j).get(0);
@@ -56,40 +55,16 @@ OVKS_INLINE void butterflyOfRows(In in, std::ptrdiff_t step, const Lane<V>* w, P
       [&](auto k, Complex<V> x) __attribute__((always_inline)) { put(Index<bitReversed(k, log2OfPower(R))>{}, x); });
 }
 
-// n runs of W vectors that have been held back, to places a step apart.
-template <int n, int W, class V>
-OVKS_INLINE void release(Lane<V>* to, std::ptrdiff_t step, const Lane<V>* held) {
-  for (int i = 0; i < n; ++i)
-    unroll<W>([&](auto t) __attribute__((always_inline)) {
-      store(to + i * step + t * lanes<V>, load<V>(held + (i * W + t) * lanes<V>));
-    });
-}
-inline constexpr int kHeldButterflies = 4;
-
-// n butterflies side by side, to rows j * outStep on from out.
+// n butterflies side by side, of rows inStep apart, to rows outStep apart.
 template <Direction D, int R, bool twiddles, class In, class Out>
 OVKS_INLINE void butterflies(In in, std::ptrdiff_t inStep, Out out, std::ptrdiff_t outStep, std::ptrdiff_t n,
                              const Lane<typename Out::Vector>* w) {
   using V = typename Out::Vector;
-  if constexpr (Out::kHeld) {
-    constexpr int L = lanes<V>, W = kHeldButterflies;
-    alignas(64) Lane<V> held[R * W * L];
-    for (; n >= W; n -= W, out = out.from(W)) {
-      for (int t = 0; t < W; ++t, in = in.from(1)) {
-        const Strided<R, Out> to(out.from(t), outStep);
-        butterflyOfRows<D, R, twiddles, V>(
-            in, inStep, w, [&](auto row, Complex<V> x) __attribute__((always_inline)) {
-              store(to(row).re, x.re);
-              store(held + (row * W + t) * L, x.im);
-            });
-      }
-      release<R, W, V>(out.im, outStep * L, held);
-    }
-  }
   for (; n > 0; --n, in = in.from(1), out = out.from(1)) {
+    const Strided<R, In> from(in, inStep);
     const Strided<R, Out> to(out, outStep);
     butterflyOfRows<D, R, twiddles, V>(
-        in, inStep, w, [&](auto row, Complex<V> x) __attribute__((always_inline)) { to(row).put(0, x); });
+        from, w, [&](auto row, Complex<V> x) __attribute__((always_inline)) { to(row).put(0, x); });
   }
 }
 
@@ -109,6 +84,20 @@ template <Direction D, int R, class RowSet>
   } else {
     for (std::ptrdiff_t b = 0; b < blocks; ++b, w += 2 * (R - 1), rows = rows.from(m))
       butterflies<D, R, true>(rows, m / R, rows, m / R, m / R, w);
+  }
+}
+
+// Even rows stand by themselves, and so do odd ones, until blocks are of neighbours.
+template <Direction D, int R, class V>
+[[gnu::noinline]] void blocksPass(AlternatingRows<V> rows, std::ptrdiff_t m, std::ptrdiff_t blocks, const Lane<V>* w) {
+  if (m == R) {
+    for (std::ptrdiff_t b = 0; b < blocks; ++b, w += 2 * (R - 1), rows = rows.from(Even{R})) {
+      const Neighbours<R, V> block(rows);
+      butterflyOfRows<D, R, true, V>(
+          block, w, [&](auto row, Complex<V> x) __attribute__((always_inline)) { block(row).put(0, x); });
+    }
+  } else {
+    for (const int turn : {0, 1}) blocksPass<D, R>(rows.ofTurn(turn), m / 2, blocks, w);
   }
 }
 

@@ -32,7 +32,7 @@ template <int n, class Access>
 class Strided {
  public:
   OVKS_INLINE Strided(Access first, std::ptrdiff_t step) : step_(step) {
-    unroll<n / 4>([&](auto g) __attribute__((always_inline)) { hide(fourths_[g] = first.from(4 * g * step)); });
+    unroll<kFourths>([&](auto g) __attribute__((always_inline)) { hide(fourths_[g] = first.from(4 * g * step)); });
   }
   template <int i>
   OVKS_INLINE Access operator()(Index<i>) const {
@@ -40,7 +40,8 @@ class Strided {
   }
 
  private:
-  Access fourths_[n / 4];
+  static constexpr int kFourths = (n + 3) / 4;
+  Access fourths_[kFourths];
   std::ptrdiff_t step_;
 };
 

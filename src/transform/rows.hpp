@@ -19,7 +19,6 @@ struct Rows : OneArray<Lane<V>> {
   using PastCaches = Rows<V, Via::none>;
   using Vector = V;
   static constexpr Via kVia = via;
-  static constexpr bool kHeld = false;
   static constexpr int kTurns = 1;
   using Arrays::p;
 
@@ -45,17 +44,16 @@ struct Rows : OneArray<Lane<V>> {
     __builtin_prefetch(p + i * 2 * lanes<V> + lanes<V>, 1, 2);
   }
   OVKS_INLINE Rows from(std::ptrdiff_t i) const { return {p + i * 2 * lanes<V>}; }
+  // All of them, at the only turn.
+  OVKS_INLINE Rows ofTurn(int) const { return *this; }
 };
 
-// In two arrays. Where these share their offset within pages, lines of both at once crowd a set of the first cache and
-// leave it before they are written: then imaginary parts are to be held back for a while.
-template <class V, Via via = Via::caches, bool held = false>
+// In two arrays as the parts themselves.
+template <class V, Via via = Via::caches>
 struct SplitRows : TwoArrays<Lane<V>> {
   using Arrays = TwoArrays<Lane<V>>;
   using PastCaches = SplitRows<V, Via::none>;
-  using Vector = V;
   static constexpr Via kVia = via;
-  static constexpr bool kHeld = held;
   static constexpr int kTurns = 1;
   using Arrays::re, Arrays::im;
 
@@ -66,7 +64,6 @@ struct SplitRows : TwoArrays<Lane<V>> {
     write<via>(re + i * lanes<V>, x.re);
     write<via>(im + i * lanes<V>, x.im);
   }
-  OVKS_INLINE ComplexHalves<V> halves(SplitRows b) const { return {loadHalves<V>(re, b.re), loadHalves<V>(im, b.im)}; }
   OVKS_INLINE void prefetch(std::ptrdiff_t i) const {
     __builtin_prefetch(re + i * lanes<V>, 1, 2);
     __builtin_prefetch(im + i * lanes<V>, 1, 2);
@@ -80,13 +77,15 @@ struct Even {
   OVKS_INLINE constexpr operator std::ptrdiff_t() const { return n; }
 };
 
-// In two arrays that share their offset within pages, for what stands there in between: rows of even number in that of
-// the real parts, rows of odd number in the other, each with both its parts. Who takes the even ones first and then the
-// odd ones, in turns, has to do with one array at a time.
+// In two arrays, for what stands there in between: rows of even number in that of the real parts, rows of odd number in
+// the other, each with both its parts. So a row is two lines side by side as in one array; and who takes the even ones
+// first and then the odd ones, in turns, has to do with one array at a time, which matters where both share their
+// offset within pages.
 template <class V, Via via = Via::caches>
 struct AlternatingRows : TwoArrays<Lane<V>> {
   using Arrays = TwoArrays<Lane<V>>;
   using PastCaches = AlternatingRows<V, Via::none>;
+  using Vector = V;
   static constexpr Via kVia = via;
   static constexpr int kTurns = 2;
   using Arrays::re, Arrays::im;
@@ -94,6 +93,8 @@ struct AlternatingRows : TwoArrays<Lane<V>> {
   OVKS_INLINE Complex<V> get(std::ptrdiff_t i) const { return row(i).get(0); }
   OVKS_INLINE void put(std::ptrdiff_t i, Complex<V> x) const { row(i).put(0, x); }
   OVKS_INLINE void prefetch(std::ptrdiff_t i) const { row(i).prefetch(0); }
+  // Those of one kind by themselves: half as many, the distance between them half of what it is among all.
+  OVKS_INLINE Rows<V, via> ofTurn(int turn) const { return {turn ? im : re}; }
   // Then the next row with an even distance is in the same array, and the compiler knows it.
   OVKS_INLINE AlternatingRows from(Even i) const { return {{re + i.n * lanes<V>, im + i.n * lanes<V>}}; }
   OVKS_INLINE AlternatingRows from(std::ptrdiff_t i) const {
@@ -104,6 +105,31 @@ struct AlternatingRows : TwoArrays<Lane<V>> {
 
  private:
   OVKS_INLINE Rows<V, via> row(std::ptrdiff_t i) const { return {from(i).re}; }
+};
+
+// n alternating rows side by side, from one of even number on.
+template <int n, class V>
+class Neighbours {
+ public:
+  OVKS_INLINE explicit Neighbours(AlternatingRows<V> first) : even_(first.ofTurn(0), 1), odd_(first.ofTurn(1), 1) {}
+  template <int i>
+  OVKS_INLINE Rows<V> operator()(Index<i>) const {
+    if constexpr (i % 2 == 0) return even_(Index<i / 2>{});
+    else return odd_(Index<i / 2>{});
+  }
+
+ private:
+  Strided<n / 2, Rows<V>> even_, odd_;
+};
+
+// Every so many of other rows.
+template <int n, class RowSet>
+struct Every {
+  RowSet rows;
+
+  OVKS_INLINE auto get(std::ptrdiff_t i) const { return rows.get(n * i); }
+  OVKS_INLINE Every from(std::ptrdiff_t i) const { return {rows.from(n * i)}; }
+  OVKS_INLINE friend void hide(Every& e) { hide(e.rows); }
 };
 
 // The rows in the room of a transform's points, and in a work buffer.
