@@ -72,12 +72,12 @@ void inCache(const Job<Lane<V>>& job, Points src, Points dst) {
 }
 
 // The outer passes, the first of radix 4 and the others of radix R, through the work buffer: a run of each of `parts`
-// parts at a time, so that memory is read and written once. Runs are longer where that is other memory.
+// parts at a time, so that memory is read and written once. Runs are longer where it is written elsewhere.
 template <Direction D, int R, class V, class Points, class RowSet>
 void outerPasses(std::ptrdiff_t parts, Points src, RowSet dst, std::ptrdiff_t m, const Lane<V>* twiddles, Lane<V>* work,
                  bool inPlace) {
   constexpr int kTurns = RowSet::kTurns;
-  const std::ptrdiff_t runBytes = parts != 16 ? 512 : inPlace ? 1024 : 2048;
+  const std::ptrdiff_t runBytes = parts == 16 && !inPlace ? 2048 : 1024;
   const std::ptrdiff_t wide = runBytes / std::ptrdiff_t{2 * sizeof(V)}, step = m / parts;
   const Rows<V> buffer = rowsIn<V>(OneArray<Lane<V>>{work});
   const PointRows<V, Points> rows = {src};

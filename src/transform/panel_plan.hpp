@@ -8,8 +8,7 @@
 namespace ovks::fft {
 
 // Less of a row wastes what memory gives with one access; half as much, where the work buffer has no room for more,
-// still pays. Twice as much does where two arrays share their offset within pages, so that lines of few sets hold a
-// panel.
+// still pays. Of two arrays wide rows take as much each.
 inline constexpr int kPanelRowBytes = 256;
 
 // The orders where panels pay.
@@ -28,7 +27,7 @@ struct PanelPlan {
   Passes passes1, passes2;
   std::ptrdiff_t fine, columns1, columns2;  // where the twiddles are, in elements; the coarse come first
 
-  constexpr explicit PanelPlan(int order, bool sharedOffset = false)
+  constexpr explicit PanelPlan(int order, bool wideRows = false)
       : bits1(order / 2),
         bits2(order - bits1),
         n1(std::ptrdiff_t{1} << bits1),
@@ -36,16 +35,16 @@ struct PanelPlan {
         folds(n2 / n1),
         vectors1(n1 / kLanes<T>),
         vectors2(n2 / kLanes<T>),
-        wide(rowBytes(order, sharedOffset) / (2 * kVectorBytes)),
+        wide(rowBytes(order, wideRows) / (2 * kVectorBytes)),
         passes1(panelPasses(bits1)),
         passes2(panelPasses(bits2)),
         fine(2 * vectors1 * n2),
         columns1(fine + 2 * kLanes<T> * n2),
         columns2(columns1 + 2 * n1) {}
 
-  constexpr std::ptrdiff_t rowBytes(int order, bool sharedOffset) const {
+  constexpr std::ptrdiff_t rowBytes(int order, bool wideRows) const {
     const int64_t work = complexSizes<T>(order).work;
-    if (sharedOffset && 2 * kPanelRowBytes * n2 <= work) return 2 * kPanelRowBytes;
+    if (wideRows && 2 * kPanelRowBytes * n2 <= work) return 2 * kPanelRowBytes;
     return kPanelRowBytes * n2 <= work ? kPanelRowBytes : kPanelRowBytes / 2;
   }
 
@@ -67,6 +66,13 @@ constexpr bool takesPanels(int order) {
   return std::is_same_v<Order, ByChunks> || PanelPlan<T>(order).rowBytes(order, false) == kPanelRowBytes;
 }
 
+// Rows are wide where two arrays share their offset within pages, so that lines of few sets hold a panel, and where
+// caches hold little of so many points anyway.
+template <class T>
+constexpr bool wantsWideRows(int order, bool twoArrays, bool sharedOffset) {
+  return sharedOffset || (twoArrays && order > kMinPanelOrder<T>);
+}
+
 // Whether twiddles and panels of all orders find room, and the last passes are of radix 8.
 template <class T>
 constexpr bool panelsFit() {
@@ -74,8 +80,8 @@ constexpr bool panelsFit() {
     const PanelPlan<T> plan(order);
     const Sizes sizes = complexSizes<T>(order);
     if ((plan.columns2 + 2 * plan.n2) * int64_t{sizeof(T)} > sizes.twiddles) return false;
-    for (const bool sharedOffset : {false, true})
-      if (plan.n2 * plan.rowBytes(order, sharedOffset) > sizes.work) return false;
+    for (const bool wideRows : {false, true})
+      if (plan.n2 * plan.rowBytes(order, wideRows) > sizes.work) return false;
     if (plan.passes1.bits[plan.passes1.count - 1] != 3 || plan.passes2.bits[plan.passes2.count - 1] != 3) return false;
   }
   return true;
