@@ -7,36 +7,19 @@
 namespace ovks::fft {
 
 // Twiddles exp(-2 pi i l k / N) for point l of the L rows k = g L + 0 ... L - 1 of tile g, one vector each, rows in the
-// points' order. Where reading them would take longer, `few`, only those for 1, 2 and 5 are stored: the others of eight
-// points are products of two of them.
-template <class V, bool few>
+// points' order.
+template <class V>
 struct TileTwiddles {
   using T = Lane<V>;
-  static constexpr bool kFew = few;
-  static constexpr int kStored = few ? 3 : lanes<V> - 1;
-  static constexpr int kPerTile = kStored * 2 * lanes<V>;
-  static_assert(!few || lanes<V> == 8);
+  static constexpr int kPerTile = (lanes<V> - 1) * 2 * lanes<V>;
+  static constexpr bool kAskAhead = false;
 
   const T* table;
 
-  static constexpr int point(int i) { return few && i == 2 ? 5 : i + 1; }
-
-  template <int l>
-  OVKS_INLINE Complex<V> at(std::ptrdiff_t g) const {
-    if constexpr (few && (l == 3 || l == 4 || l > 5)) {
-      constexpr int big = l > 5 ? 5 : 2;
-      const Complex<V> a = at<l - big>(g), b = at<big>(g);
-      return fft::turn<Direction::forward>(a, b.re, b.im);
-    } else {
-      const T* w = table + g * kPerTile + (l < 5 || !few ? l - 1 : 2) * 2 * lanes<V>;
-      return {load<V>(w), load<V>(w + lanes<V>)};
-    }
-  }
-
   template <Direction D, int l>
   OVKS_INLINE Complex<V> turn(std::ptrdiff_t g, Complex<V> x) const {
-    const Complex<V> w = at<l>(g);
-    return fft::turn<D>(x, w.re, w.im);
+    const T* w = table + g * kPerTile + (l - 1) * 2 * lanes<V>;
+    return fft::turn<D>(x, load<V>(w), load<V>(w + lanes<V>));
   }
 };
 
@@ -46,6 +29,8 @@ template <class V>
 struct TileTwiddleProducts {
   using T = Lane<V>;
   static constexpr int kPerTile = (lanes<V> - 1) * 2;
+  // Tiles of eight rows are done before the next are there by themselves.
+  static constexpr bool kAskAhead = lanes<V> == 8;
 
   const T *tiles, *rows;
 
@@ -110,7 +95,7 @@ template <Direction D, bool scale, class V, class Twiddles, class Points>
 [[gnu::noinline]] void closingPass(Rows<V> rows, Points dst, std::ptrdiff_t m, Twiddles twiddles,
                                    const int32_t* bitReversal, Lane<V> factor) {
   constexpr int L = lanes<V>;
-  forTiles<Twiddles::kFew>(
+  forTiles<Twiddles::kAskAhead>(
       rows, m, bitReversal, [&](std::ptrdiff_t g, Rows<V> tile) __attribute__((always_inline)) {
         closeTile<D, scale, typename Points::Order>(tile, m / L, g, twiddles, factor, to<V>(dst, g * L, m));
       });
@@ -144,7 +129,7 @@ template <Direction D, bool scale, class V, class Twiddles>
   const auto releaseFrom = [&](int step, std::ptrdiff_t firstTile) {
     release<kSteps, W, V>(dst.im + firstTile * L + step * m, m, held[turn ^ 1] + step * W * L);
   };
-  forTiles<Twiddles::kFew>(
+  forTiles<Twiddles::kAskAhead>(
       rows, m, bitReversal, [&](std::ptrdiff_t g, Rows<V> tile) __attribute__((always_inline)) {
         const int i = static_cast<int>(g % W), step = i * kSteps;
         if (i == 0) turn ^= 1;

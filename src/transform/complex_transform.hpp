@@ -9,31 +9,27 @@
 
 namespace ovks::fft {
 
-// Elements of twiddles of a tile.
-template <class T>
-constexpr int tileTwiddles(int order) {
-  using V = Vec<T>;
-  if constexpr (lanes<V> == 8)
-    if (order >= kMinFewTwiddlesOrder<T>) return TileTwiddles<V, true>::kPerTile;
-  return TileTwiddles<V, false>::kPerTile;
-}
-
 // Where the parts of the twiddle area begin, in elements.
 template <class T>
 struct TwiddleLayout {
   std::ptrdiff_t tiles = 0, columns = 0;
 
   constexpr explicit TwiddleLayout(int order) {
-    constexpr std::ptrdiff_t L = kLanes<T>;
-    const std::ptrdiff_t m = (std::ptrdiff_t{1} << order) / L;
-    if (order > kMaxInCacheOrder<T>) {
-      tiles = 2 * L * (L - 1);
-      columns = aligned(tiles + m / L * 2 * (L - 1));
+    using V = Vec<T>;
+    constexpr std::ptrdiff_t L = lanes<V>;
+    const std::ptrdiff_t n = (std::ptrdiff_t{1} << order) / (L * L);
+    if (order >= kMinProductsOrder<T>) {
+      tiles = TileTwiddles<V>::kPerTile;
+      columns = aligned(tiles + n * TileTwiddleProducts<V>::kPerTile);
     } else {
-      columns = m / L * tileTwiddles<T>(order);
+      columns = n * TileTwiddles<V>::kPerTile;
     }
   }
 };
+template <class T>
+TileTwiddleProducts<Vec<T>> productsIn(const T* twiddles, int order) {
+  return {twiddles + TwiddleLayout<T>(order).tiles, twiddles};
+}
 
 template <Direction D, bool scale, class V, class Twiddles, class Points>
 void close(const Job<Lane<V>>& job, Rows<V> rows, Points dst, std::ptrdiff_t m, Twiddles twiddles) {
@@ -66,9 +62,8 @@ void inCache(const Job<Lane<V>>& job, Points src, Points dst) {
   const std::ptrdiff_t m = (std::ptrdiff_t{1} << job.order) / lanes<V>;
   const T* const columns = job.twiddles + TwiddleLayout<T>(job.order).columns;
   const Rows<V> rows = transformColumns<D, V>(job.order, columns, src, job.work);
-  if constexpr (lanes<V> == 8)
-    if (job.order >= kMinFewTwiddlesOrder<T>) return close<D>(job, rows, dst, m, TileTwiddles<V, true>{job.twiddles});
-  close<D>(job, rows, dst, m, TileTwiddles<V, false>{job.twiddles});
+  if (job.order >= kMinProductsOrder<T>) close<D>(job, rows, dst, m, productsIn(job.twiddles, job.order));
+  else close<D>(job, rows, dst, m, TileTwiddles<V>{job.twiddles});
 }
 
 // The outer passes, the first of radix 4 and the others of radix R, through the work buffer: a run of each of `parts`
@@ -111,8 +106,7 @@ void large(const Job<Lane<V>>& job, Points src, Points dst) {
   using T = Lane<V>;
   const std::ptrdiff_t m = (std::ptrdiff_t{1} << job.order) / lanes<V>;
   const Passes& passes = passesOf<T>(job.order);
-  const TwiddleLayout<T> layout(job.order);
-  const T* columns = job.twiddles + layout.columns;
+  const T* columns = job.twiddles + TwiddleLayout<T>(job.order).columns;
   const int outer = outerBits<T>(job.order);
   const std::ptrdiff_t blocks = std::ptrdiff_t{1} << outer;
   const auto rows = rowsBetween<V>(dst);
@@ -121,7 +115,7 @@ void large(const Job<Lane<V>>& job, Points src, Points dst) {
   else outerPasses<D, 8, V>(blocks, src, rows, m, columns, job.work, inPlace);
   Columns<D, decltype(rows)>(passes, columns)
       .run(outerPassesOf<T>(job.order).count, rows, m >> outer, 0, blocks, blocks);
-  const TileTwiddleProducts<V> twiddles = {job.twiddles + layout.tiles, job.twiddles};
+  const TileTwiddleProducts<V> twiddles = productsIn(job.twiddles, job.order);
   const auto places = placesIn<V>(dst, m, job.bitReversal);
   if (job.scale) closingPassInPlace<D, true, V>(places, twiddles, job.factor);
   else closingPassInPlace<D, false, V>(places, twiddles, T(1));

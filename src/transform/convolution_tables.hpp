@@ -16,12 +16,6 @@ struct ConvolutionTables {
   const int32_t* bitReversal;
 };
 
-// Twiddles of tiles as products, for the closing pass.
-template <class V>
-struct TileProducts : TileTwiddleProducts<V> {
-  static constexpr bool kFew = false;
-};
-
 // Room for tables, which are taken one after the other, each aligned.
 class TableArea {
  public:
@@ -69,15 +63,15 @@ Wave<T> endsOfWave(TableArea& area, int order, std::ptrdiff_t count) {
 
 // m rows, the points of which `fine` has.
 template <class V, class T>
-TileProducts<V> makeTileProducts(TableArea& area, std::ptrdiff_t m, Wave<T> fine, Wave<T> coarse) {
+TileTwiddleProducts<V> makeTileProducts(TableArea& area, std::ptrdiff_t m, Wave<T> fine, Wave<T> coarse) {
   constexpr int L = lanes<V>;
   T* const rows = area.take<T>(2 * L * (L - 1));
-  T* const tiles = area.take<T>(m / L * TileProducts<V>::kPerTile);
+  T* const tiles = area.take<T>(m / L * TileTwiddleProducts<V>::kPerTile);
   const int coarseOrder = log2OfPower(m);
-  makeTile<TileTwiddles<V, false>, V, ByChunks>(rows, fine.circle(coarseOrder + log2OfPower(L)), 0);
+  makeTile<V, ByChunks>(rows, fine.circle(coarseOrder + log2OfPower(L)), 0);
   T* p = tiles;
   for (int32_t g = 0; g < m / L; ++g) p = appendMultiples(p, coarse.circle(coarseOrder), g, L);
-  return {{tiles, rows}};
+  return {tiles, rows};
 }
 
 template <class V, class T>
@@ -104,21 +98,18 @@ auto makeProductTables(TableArea area, int order) {
   makeColumns(columns, coarse.sine, coarse.order, passesOf<T>(order - 1));
   int32_t* const bitReversal = area.take<int32_t>(m / lanes<V>);
   makeBitReversal(bitReversal, order - 1, static_cast<int32_t>(m / lanes<V>));
-  return ConvolutionTables<TileProducts<V>, Pairs, T>{
+  return ConvolutionTables<TileTwiddleProducts<V>, Pairs, T>{
       makeTileProducts<V>(area, m, fine, coarse), makePairProducts<V>(area, order, fine, coarse), columns, bitReversal};
 }
 
 // Those of the specification, which are constants.
-template <bool few, class T>
-auto makeConstantTables(TableArea area, int order) {
+template <class Tiles, class T>
+auto constantTables(TableArea area, int order, const T* twiddles, Tiles tileTwiddles) {
   using V = Vec<T>;
-  const T* const twiddles = constantTwiddles<T>(order - 1);
   const int32_t tiles = (1 << (order - 1)) / (lanes<V> * lanes<V>);
   int32_t* const bitReversal = area.take<int32_t>(tiles);
   makeBitReversal(bitReversal, order - 1, tiles);
-  using Tiles = TileTwiddles<V, few>;
-  return ConvolutionTables<Tiles, SplitTwiddles<V>, T>{Tiles{twiddles},
-                                                       SplitTwiddles<V>{constantSplitTwiddles<T>(order)},
+  return ConvolutionTables<Tiles, SplitTwiddles<V>, T>{tileTwiddles, SplitTwiddles<V>{constantSplitTwiddles<T>(order)},
                                                        twiddles + TwiddleLayout<T>(order - 1).columns, bitReversal};
 }
 

@@ -22,9 +22,11 @@ inline constexpr int kMaxInCacheOrder = sizeof(T) == 4 ? 18 : 17;
 template <class T>
 inline constexpr int kLanes = kVectorBytes / int{sizeof(T)};
 
-// Whether the closing pass has only few of its twiddles stored.
+// From here on most twiddles of the closing pass are products.
 template <class T>
-inline constexpr int kMinFewTwiddlesOrder = kAvx512 && sizeof(T) == 8 ? 10 : kMaxOrder + 1;
+inline constexpr int kMinProductsOrder = !kAvx512         ? kMaxInCacheOrder<T> + 1
+                                         : sizeof(T) == 4 ? 18
+                                                          : 10;
 
 // The passes over the columns, as log2 of their radices, first to last.
 struct Passes {

@@ -116,9 +116,11 @@ void convolveReals(int order, Sequence<T> a, Sequence<T> b, T* dst, int64_t resu
   const auto with = [&](const auto& tables) { convolve(order, tables, a, b, dst, results, memory); };
   const TableArea area(memory.tables);
   if (order > kMaxConstantSplitOrder) return with(makeProductTables<T>(area, order));
-  if constexpr (kLanes<T> == 8)
-    if (order - 1 >= kMinFewTwiddlesOrder<T>) return with(makeConstantTables<true, T>(area, order));
-  with(makeConstantTables<false, T>(area, order));
+  const T* const twiddles = constantTwiddles<T>(order - 1);
+  if constexpr (kMinProductsOrder<T> < kMaxConstantSplitOrder)
+    if (order - 1 >= kMinProductsOrder<T>)
+      return with(constantTables(area, order, twiddles, productsIn(twiddles, order - 1)));
+  with(constantTables(area, order, twiddles, TileTwiddles<Vec<T>>{twiddles}));
 }
 
 template void convolveReals(int, Sequence<float>, Sequence<float>, float*, int64_t, const ConvolutionMemory<float>&);

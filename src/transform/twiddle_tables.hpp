@@ -69,14 +69,9 @@ constexpr T* appendMultiples(T* p, const UnitCircle<T>& circle, int32_t step, in
 }
 
 // Vectors of twiddles for rows row ... row + lanes - 1 of the closing pass.
-template <class Twiddles, class V, class Order, class T>
+template <class V, class Order, class T>
 constexpr void makeTile(T* p, const UnitCircle<T>& circle, int32_t row) {
-  for (int i = 0; i < Twiddles::kStored; ++i, p += 2 * lanes<V>)
-    putPoints<V, Order>(p, circle, Twiddles::point(i), row);
-}
-template <class Twiddles, class V, class Order, class T>
-constexpr void makeTiles(T* p, const UnitCircle<T>& circle, int32_t rows) {
-  for (int32_t k = 0; k < rows; k += lanes<V>, p += Twiddles::kPerTile) makeTile<Twiddles, V, Order>(p, circle, k);
+  for (int l = 1; l < lanes<V>; ++l, p += 2 * lanes<V>) putPoints<V, Order>(p, circle, l, row);
 }
 
 // Twiddles of the passes over columns: see passes.hpp.
@@ -114,14 +109,13 @@ constexpr void makeTwiddles(T* table, const T* sine, int sineOrder, int order) {
   const int32_t rows = (1 << order) / L;
   const TwiddleLayout<T> layout(order);
   const UnitCircle<T> circle(sine, sineOrder, order);
-  if (order > kMaxInCacheOrder<T>) {
-    makeTile<TileTwiddles<V, false>, V, Order>(table, circle, 0);
+  if (order >= kMinProductsOrder<T>) {
+    makeTile<V, Order>(table, circle, 0);
     T* p = table + layout.tiles;
     for (int32_t k = 0; k < rows; k += L) p = appendMultiples(p, circle, k, L);
-  } else if (order < kMinFewTwiddlesOrder<T>) {
-    makeTiles<TileTwiddles<V, false>, V, Order>(table, circle, rows);
-  } else if constexpr (L == 8) {
-    makeTiles<TileTwiddles<V, true>, V, Order>(table, circle, rows);
+  } else {
+    T* p = table;
+    for (int32_t k = 0; k < rows; k += L, p += TileTwiddles<V>::kPerTile) makeTile<V, Order>(p, circle, k);
   }
   makeColumns(table + layout.columns, sine, sineOrder, passesOf<T>(order));
 }
