@@ -51,8 +51,8 @@ constexpr Passes outerPassesOf(int order) {
 
 // After the outer ones of radix 8 as far as may be. AVX-512 has registers enough for radix 16, which goes last: where
 // rows stand a page apart, their lines share a set of the first cache, and 16 rows are more than it holds. For the same
-// reason a first pass with such strides, which reads one array and writes another, is of radix 4, but for 1024 rows of
-// eight points. It is for 16 rows, too, where a single butterfly of radix 16 would have to finish alone.
+// reason a first pass with such strides, which reads one array and writes another, is of radix 4. It is for 16 rows,
+// too, where a single butterfly of radix 16 would have to finish alone.
 template <class T>
 constexpr Passes choosePasses(int order) {
   constexpr int kPageRows = 4096 / (2 * kVectorBytes);
@@ -68,7 +68,7 @@ constexpr Passes choosePasses(int order) {
     return p;
   }
   if (p.count == 0 && (bits == 4 || (bits == 5 && sizeof(T) == 4))) take(2);
-  else if (p.count == 0 && (1 << bits) / 8 >= kPageRows) take(sizeof(T) == 8 && bits == 10 ? 3 : 2);
+  else if (p.count == 0 && (1 << bits) / 8 >= kPageRows) take(2);
   const int sixteens = bits == 4 || bits >= 7 ? bits % 3 : 0;
   while (bits - 4 * sixteens >= 3) take(3);
   while (bits >= 4) take(4);
