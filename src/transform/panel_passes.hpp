@@ -116,25 +116,21 @@ struct PanelResults {
   }
 };
 
-// Blocks whose imaginary parts are held back.
-inline constexpr std::ptrdiff_t kHeldBlocks = 8;
-
-// The imaginary parts of such blocks, from the panel.
+// The imaginary parts of a block, which have been held back in the panel.
 template <class V>
 OVKS_INLINE void releaseImaginary(Rows<V> panel, std::ptrdiff_t wide, PanelResults<V> results, std::ptrdiff_t block,
                                   Lane<V>* im) {
-  for (std::ptrdiff_t b = block; b < block + kHeldBlocks; ++b)
-    for (std::ptrdiff_t v = 0; v < wide; ++v) {
-      const Rows<V> from = panel.from(b * 8 * wide + v);
-      const std::ptrdiff_t then = results.place(b + 1, v), to = results.place(b, v);
-      for (int j = 0; j < 8; ++j) __builtin_prefetch(im + then + j * results.step, 0, 2);
-      unroll<8>([&](auto j)
-                    __attribute__((always_inline)) { store(im + to + j * results.step, from.get(j * wide).im); });
-    }
+  for (std::ptrdiff_t v = 0; v < wide; ++v) {
+    const Rows<V> from = panel.from(block * 8 * wide + v);
+    const std::ptrdiff_t then = results.place(block + 1, v), to = results.place(block, v);
+    for (int j = 0; j < 8; ++j) __builtin_prefetch(im + then + j * results.step, 0, 2);
+    unroll<8>([&](auto j) __attribute__((always_inline)) { store(im + to + j * results.step, from.get(j * wide).im); });
+  }
 }
 
 // The last pass, on n blocks of 8 rows of the panel from the given one on: spectrum point k of the columns is row k of
-// the points, to which `first` and on are the panel's columns. Meanwhile memory is asked for the next panel.
+// the points, to which `first` and on are the panel's columns. Meanwhile memory is asked for the next panel. Imaginary parts
+// that are held back go out a block later.
 template <Direction D, bool scale, class V, class In, class Points>
 [[gnu::noinline]] void lastPanelPass(const Job<Lane<V>>& job, const PanelPlan<Lane<V>>& plan, Rows<V> panel,
                                      PanelSource<In> next, std::ptrdiff_t block, std::ptrdiff_t n, Points dst,
@@ -143,6 +139,7 @@ template <Direction D, bool scale, class V, class In, class Points>
   const PanelResults<V> results = {job.bitReversal, job.order, plan.bits2 - 3, plan.vectors1, first, step};
   const Lane<V>* w = job.twiddles + plan.columns2 + columnTwiddles(blocks, plan.passes2.bits[0]) + block * 2 * 7;
   const V f = splat<V>(job.factor);
+  const std::ptrdiff_t start = block;
   for (const std::ptrdiff_t end = block + n; block < end; ++block, w += 2 * 7) {
     for (std::ptrdiff_t v = 0; v < plan.wide; ++v) {
       const Rows<V> from = panel.from(block * 8 * plan.wide + v);
@@ -167,9 +164,9 @@ template <Direction D, bool scale, class V, class In, class Points>
           });
     }
     if constexpr (Points::kHeld)
-      if (block % kHeldBlocks == kHeldBlocks - 1)
-        releaseImaginary(panel, plan.wide, results, block - (kHeldBlocks - 1), dst.im);
+      if (block > start) releaseImaginary(panel, plan.wide, results, block - 1, dst.im);
   }
+  if constexpr (Points::kHeld) releaseImaginary(panel, plan.wide, results, block - 1, dst.im);
 }
 
 }  // namespace ovks::fft
