@@ -129,8 +129,8 @@ OVKS_INLINE void releaseImaginary(Rows<V> panel, std::ptrdiff_t wide, PanelResul
 }
 
 // The last pass, on n blocks of 8 rows of the panel from the given one on: spectrum point k of the columns is row k of
-// the points, to which `first` and on are the panel's columns. Meanwhile memory is asked for the next panel. Imaginary parts
-// that are held back go out a block later.
+// the points, to which `first` and on are the panel's columns. Meanwhile memory is asked for the next panel. Imaginary
+// parts that are held back go out a block later.
 template <Direction D, bool scale, class V, class In, class Points>
 [[gnu::noinline]] void lastPanelPass(const Job<Lane<V>>& job, const PanelPlan<Lane<V>>& plan, Rows<V> panel,
                                      PanelSource<In> next, std::ptrdiff_t block, std::ptrdiff_t n, Points dst,
