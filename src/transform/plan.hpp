@@ -28,6 +28,10 @@ inline constexpr int kMinProductsOrder = !kAvx512         ? kMaxInCacheOrder<T> 
                                          : sizeof(T) == 4 ? 18
                                                           : 10;
 
+// Those of large transforms are.
+static_assert(kMinProductsOrder<float> <= kMaxInCacheOrder<float> + 1);
+static_assert(kMinProductsOrder<double> <= kMaxInCacheOrder<double> + 1);
+
 // The passes over the columns, as log2 of their radices, first to last.
 struct Passes {
   int count = 0;
