@@ -125,7 +125,7 @@ void large(const Job<Lane<V>>& job, Points src, Points dst) {
 template <Direction D, class Points, class T>
 void transformLong(const Job<T>& job, Points src, Points dst) {
   if (job.order <= kMaxInCacheOrder<T>) inCache<D, Vec<T>>(job, src, dst);
-  else if (takesPanels<T, typename Points::Order>(job.order)) inPanels<D, Vec<T>>(job, src, dst);
+  else if (takesPanels<T>(job.order)) inPanels<D, Vec<T>>(job, src, dst);
   else large<D, Vec<T>>(job, src, dst);
 }
 

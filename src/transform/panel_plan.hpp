@@ -7,18 +7,18 @@
 
 namespace ovks::fft {
 
-// Less of a row wastes what memory gives with one access; half as much, where the work buffer has no room for more,
-// still pays. Of two arrays wide rows take as much each.
+// Less of a row wastes what memory gives with one access. Of two arrays wide rows take as much each.
 inline constexpr int kPanelRowBytes = 256;
 
-// The orders where panels pay.
+// The orders where panels pay, and the work buffer has room for them.
 template <class T>
 inline constexpr int kMinPanelOrder = sizeof(T) == 4 ? 20 : 19;
-inline constexpr int kMaxPanelOrder = 22;
+template <class T>
+inline constexpr int kMaxPanelOrder = sizeof(T) == 4 ? 22 : 21;
 
 template <class T>
 struct PanelPlan {
-  static constexpr int kMaxTiles = (1 << (kMaxPanelOrder + 1) / 2) / kLanes<T>;
+  static constexpr int kMaxTiles = (1 << (kMaxPanelOrder<T> + 1) / 2) / kLanes<T>;
 
   int bits1, bits2;
   std::ptrdiff_t n1, n2, folds;       // folds = N2 / N1
@@ -35,18 +35,14 @@ struct PanelPlan {
         folds(n2 / n1),
         vectors1(n1 / kLanes<T>),
         vectors2(n2 / kLanes<T>),
-        wide(rowBytes(order, wideRows) / (2 * kVectorBytes)),
+        wide(rowBytes(wideRows) / (2 * kVectorBytes)),
         passes1(panelPasses(bits1)),
         passes2(panelPasses(bits2)),
         fine(2 * vectors1 * n2),
         columns1(fine + 2 * kLanes<T> * n2),
         columns2(columns1 + 2 * n1) {}
 
-  constexpr std::ptrdiff_t rowBytes(int order, bool wideRows) const {
-    const int64_t work = complexSizes<T>(order).work;
-    if (wideRows && 2 * kPanelRowBytes * n2 <= work) return 2 * kPanelRowBytes;
-    return kPanelRowBytes * n2 <= work ? kPanelRowBytes : kPanelRowBytes / 2;
-  }
+  static constexpr std::ptrdiff_t rowBytes(bool wideRows) { return wideRows ? 2 * kPanelRowBytes : kPanelRowBytes; }
 
   // The first of radix 4 or 8, as rows stand memory pages apart, so that their lines share a set of the first cache;
   // the last of radix 8.
@@ -58,12 +54,10 @@ struct PanelPlan {
   }
 };
 
-// Other transforms work in the caches, or in the destination itself; so do those in two arrays where there is room for
-// half a row only.
-template <class T, class Order>
+// Other transforms work in the caches, or in the destination itself.
+template <class T>
 constexpr bool takesPanels(int order) {
-  if (order < kMinPanelOrder<T> || order > kMaxPanelOrder) return false;
-  return std::is_same_v<Order, ByChunks> || PanelPlan<T>(order).rowBytes(order, false) == kPanelRowBytes;
+  return order >= kMinPanelOrder<T> && order <= kMaxPanelOrder<T>;
 }
 
 // Rows are wide where two arrays share their offset within pages, so that lines of few sets hold a panel, and where
@@ -76,12 +70,12 @@ constexpr bool wantsWideRows(int order, bool twoArrays, bool sharedOffset) {
 // Whether twiddles and panels of all orders find room, and the last passes are of radix 8.
 template <class T>
 constexpr bool panelsFit() {
-  for (int order = kMinPanelOrder<T>; order <= kMaxPanelOrder; ++order) {
+  for (int order = kMinPanelOrder<T>; order <= kMaxPanelOrder<T>; ++order) {
     const PanelPlan<T> plan(order);
     const Sizes sizes = complexSizes<T>(order);
     if ((plan.columns2 + 2 * plan.n2) * int64_t{sizeof(T)} > sizes.twiddles) return false;
     for (const bool wideRows : {false, true})
-      if (plan.n2 * plan.rowBytes(order, wideRows) > sizes.work) return false;
+      if (plan.n2 * plan.rowBytes(wideRows) > sizes.work) return false;
     if (plan.passes1.bits[plan.passes1.count - 1] != 3 || plan.passes2.bits[plan.passes2.count - 1] != 3) return false;
   }
   return true;

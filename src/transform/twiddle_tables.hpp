@@ -105,7 +105,7 @@ template <class Order, class T>
 constexpr void makeTwiddles(T* table, const T* sine, int sineOrder, int order) {
   using V = Vec<T>;
   constexpr int L = lanes<V>;
-  if (takesPanels<T, Order>(order)) return makePanelTwiddles<Order>(table, sine, sineOrder, order);
+  if (takesPanels<T>(order)) return makePanelTwiddles<Order>(table, sine, sineOrder, order);
   const int32_t rows = (1 << order) / L;
   const TwiddleLayout<T> layout(order);
   const UnitCircle<T> circle(sine, sineOrder, order);
