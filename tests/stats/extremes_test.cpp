@@ -65,6 +65,11 @@ TEST(Extremes, PathsCarryTheirPrecision) {
   std::vector<Complex32f> large(ones.size(), {0x1p24f, 1});
   EXPECT_EQ(reduce(ovksDotProd_32fc, large, ones).im, 0x1p44f);
   EXPECT_EQ(reduce(ovksDotProd_32fc, large, ones).re, -0x1p20f);
+  // They end after 512 elements, so that ones between large values still count.
+  std::vector<Complex32f> between(1536, {1, 0});
+  std::fill_n(between.begin(), 512, Complex32f{0x1p24f, 0});
+  std::fill_n(between.end() - 512, 512, Complex32f{-0x1p24f, 0});
+  EXPECT_EQ(reduce(ovksDotProd_32fc, between, std::vector<Complex32f>(1536, {1, 0})).re, 512);
   large[0] = {0, 0x1p127f}, large[1] = {0, -0x1p127f};
   const Complex32f sum = reduce(ovksDotProd_32fc, large, std::vector<Complex32f>(ones.size(), {4, 0}));
   EXPECT_EQ(sum.re, 0x1p46f - 0x1p27f);
