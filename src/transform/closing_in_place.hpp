@@ -10,20 +10,28 @@
 
 namespace ovks::fft {
 
-// In one array the rows of a tile stand where its points go.
-template <class V>
-struct TilePlaces {
-  static constexpr int L = lanes<V>, kTiles = 1;
-  using Points = Interleaved<Lane<V>>;
-
+template <class Points>
+struct PointsInPlace {
   Points dst;
   std::ptrdiff_t m;
   const int32_t* bitReversal;
+};
+
+// The places of tiles, kTiles each.
+template <class V, class Points>
+struct Places;
+
+// In one array the rows of a tile stand where its points go.
+template <class V>
+struct Places<V, Interleaved<Lane<V>>> : PointsInPlace<Interleaved<Lane<V>>> {
+  using In = PointsInPlace<Interleaved<Lane<V>>>;
+  using In::dst, In::m, In::bitReversal;
+  static constexpr int L = lanes<V>, kTiles = 1;
 
   std::ptrdiff_t count() const { return m / L; }
   std::ptrdiff_t partner(std::ptrdiff_t place) const { return reverseTile<V>(bitReversal, place); }
   // Of tile t from this place, its first row and the distance between them.
-  OVKS_INLINE Rows<V> rows(std::ptrdiff_t place, int) const { return rowsIn<V>(dst).from(place); }
+  OVKS_INLINE Rows<V> rows(std::ptrdiff_t place, int) const { return rowsBetween<V>(dst).from(place); }
   std::ptrdiff_t rowStep() const { return m / L; }
   // The number of tile t in this place, and where its points wait.
   std::ptrdiff_t number(std::ptrdiff_t place, int) const { return place; }
@@ -40,23 +48,20 @@ struct TilePlaces {
 // In two arrays the rows of tiles 2p and 2p + 1 stand where the points of both go. With those half of all tiles further
 // on, whose numbers in reverse are neighbours, they are four that change places with four others.
 template <class V>
-struct QuadPlaces {
+struct Places<V, Split<Lane<V>>> : PointsInPlace<Split<Lane<V>>> {
+  using In = PointsInPlace<Split<Lane<V>>>;
+  using In::dst, In::m, In::bitReversal;
   static constexpr int L = lanes<V>, kTiles = 4;
-  using Points = Split<Lane<V>>;
-
-  Points dst;
-  std::ptrdiff_t m;
-  const int32_t* bitReversal;
 
   std::ptrdiff_t count() const { return m / L / 4; }
   std::ptrdiff_t partner(std::ptrdiff_t place) const { return reverseTile<V>(bitReversal, 2 * place) / 2; }
   OVKS_INLINE Rows<V> rows(std::ptrdiff_t place, int t) const {
-    return AlternatingRows<V>{{dst.re, dst.im}}.ofTurn(t / 2).from(place + t % 2 * count());
+    return rowsBetween<V>(dst).ofTurn(t / 2).from(place + t % 2 * count());
   }
   std::ptrdiff_t rowStep() const { return m / L / 2; }
   std::ptrdiff_t number(std::ptrdiff_t place, int t) const { return 2 * (place + t / 2 * count()) + t % 2; }
   OVKS_INLINE static auto waiting(Lane<V>* scratch, int t) {
-    return to<V>(Points{scratch, scratch + 4 * L * L}, (t / 2 * 2 * L + t % 2) * L, 2 * L);
+    return to<V>(Split<Lane<V>>{scratch, scratch + 4 * L * L}, (t / 2 * 2 * L + t % 2) * L, 2 * L);
   }
   // Real and imaginary parts of two neighbours by turns.
   OVKS_INLINE void release(std::ptrdiff_t place, int t, Lane<V>* scratch) const {
@@ -65,19 +70,9 @@ struct QuadPlaces {
   }
 };
 
-template <class V, class T>
-TilePlaces<V> placesIn(Interleaved<T> dst, std::ptrdiff_t m, const int32_t* bitReversal) {
-  return {dst, m, bitReversal};
-}
-template <class V, class T>
-QuadPlaces<V> placesIn(Split<T> dst, std::ptrdiff_t m, const int32_t* bitReversal) {
-  return {dst, m, bitReversal};
-}
-
-template <Direction D, bool scale, class V, class Places, class Twiddles>
-[[gnu::noinline]] void closingPassInPlace(Places places, Twiddles twiddles, Lane<V> factor) {
-  constexpr int L = lanes<V>, kTiles = Places::kTiles;
-  using Points = typename Places::Points;
+template <Direction D, bool scale, class V, class Points, class Twiddles>
+[[gnu::noinline]] void closingPassInPlace(Places<V, Points> places, Twiddles twiddles, Lane<V> factor) {
+  constexpr int L = lanes<V>, kTiles = Places<V, Points>::kTiles;
   alignas(64) Lane<V> scratch[2][kTiles * 2 * L * L];
   const std::ptrdiff_t n = places.count(), step = places.rowStep();
   // The processor does not see which places are to follow.

@@ -92,15 +92,6 @@ void outerPasses(std::ptrdiff_t parts, Points src, RowSet dst, std::ptrdiff_t m,
   }
 }
 
-template <class V>
-Rows<V> rowsBetween(Interleaved<Lane<V>> dst) {
-  return {dst};
-}
-template <class V>
-AlternatingRows<V> rowsBetween(Split<Lane<V>> dst) {
-  return {dst};
-}
-
 template <Direction D, class V, class Points>
 void large(const Job<Lane<V>>& job, Points src, Points dst) {
   using T = Lane<V>;
@@ -116,7 +107,7 @@ void large(const Job<Lane<V>>& job, Points src, Points dst) {
   Columns<D, decltype(rows)>(passes, columns)
       .run(outerPassesOf<T>(job.order).count, rows, m >> outer, 0, blocks, blocks);
   const TileTwiddleProducts<V> twiddles = productsIn(job.twiddles, job.order);
-  const auto places = placesIn<V>(dst, m, job.bitReversal);
+  const Places<V, Points> places = {{dst, m, job.bitReversal}};
   if (job.scale) closingPassInPlace<D, true, V>(places, twiddles, job.factor);
   else closingPassInPlace<D, false, V>(places, twiddles, T(1));
 }

@@ -142,6 +142,16 @@ OVKS_INLINE SplitRows<V> rowsIn(TwoArrays<Lane<V>> a) {
   return {a};
 }
 
+// The rows between passes that work in that room.
+template <class V>
+OVKS_INLINE Rows<V> rowsBetween(OneArray<Lane<V>> a) {
+  return {a};
+}
+template <class V>
+OVKS_INLINE AlternatingRows<V> rowsBetween(TwoArrays<Lane<V>> a) {
+  return {a};
+}
+
 // The caller's points a vector at a time, as if they were rows.
 template <class V, class Points>
 struct PointRows {
