@@ -10,8 +10,10 @@ namespace ovks::fft {
 struct PanelTile {
   std::ptrdiff_t first, vector;
 };
-template <class In>
+template <class In, bool byRows>
 struct PanelSource {
+  static constexpr bool kByRows = byRows;
+
   In in;
   const PanelTile* tiles;
   std::ptrdiff_t lane;
@@ -20,14 +22,23 @@ struct PanelSource {
     return in.from(tiles[g].first + v * tiles[g].vector).from(Even{l * lane});
   }
   OVKS_INLINE void prefetch(std::ptrdiff_t g, std::ptrdiff_t l, std::ptrdiff_t v) const { at(g, l, v).prefetch(0); }
+  // n vectors of a panel from the given one on, row by row.
+  template <int L>
+  OVKS_INLINE void prefetchRows(std::ptrdiff_t vector, int n, std::ptrdiff_t wide) const {
+    std::ptrdiff_t row = vector / wide, v = vector % wide;
+    for (int j = 0; j < n; ++j) {
+      prefetch(row / L, row % L, v);
+      if (++v == wide) v = 0, ++row;
+    }
+  }
 };
 
 // Rows asked for before they are read.
 inline constexpr int kRowsAhead = 4;
 
 // Every so many vectors of each row take the columns' first pass, from memory into a panel.
-template <Direction D, int R, int every, class In, class V>
-[[gnu::noinline]] void panelPass(PanelSource<In> source, std::ptrdiff_t rows, std::ptrdiff_t wide,
+template <Direction D, int R, int every, class Source, class V>
+[[gnu::noinline]] void panelPass(Source source, std::ptrdiff_t rows, std::ptrdiff_t wide,
                                  std::ptrdiff_t firstVector, Rows<V> panel) {
   constexpr std::ptrdiff_t L = lanes<V>;
   const std::ptrdiff_t n = rows / R;
@@ -44,8 +55,8 @@ template <Direction D, int R, int every, class In, class V>
     }
   }
 }
-template <Direction D, int turns, class In, class V>
-void panelPass(int bits, PanelSource<In> source, std::ptrdiff_t rows, std::ptrdiff_t wide, Rows<V> panel) {
+template <Direction D, int turns, class Source, class V>
+void panelPass(int bits, Source source, std::ptrdiff_t rows, std::ptrdiff_t wide, Rows<V> panel) {
   for (int turn = 0; turn < turns; ++turn)
     if (bits == 2) panelPass<D, 4, turns>(source, rows, wide, turn, panel);
     else panelPass<D, 8, turns>(source, rows, wide, turn, panel);
@@ -76,9 +87,9 @@ OVKS_INLINE std::ptrdiff_t reversedBits(const int32_t* bitReversal, int order, s
 
 // Columns g L + 0 ... L - 1, a panel's vectors v, turned and transposed: vector t of row l goes to
 // t * outVector + l * outRow. Meanwhile memory is asked for the next panel.
-template <Direction D, class Order, class V, class In, class Out>
+template <Direction D, class Order, class V, class Source, class Out>
 [[gnu::noinline]] void transposePanel(const Job<Lane<V>>& job, const PanelPlan<Lane<V>>& plan, Rows<V> panel,
-                                      std::ptrdiff_t v, PanelSource<In> next, std::ptrdiff_t g, Out out,
+                                      std::ptrdiff_t v, Source next, std::ptrdiff_t g, Out out,
                                       std::ptrdiff_t outVector, std::ptrdiff_t outRow) {
   constexpr int L = lanes<V>, kLaneBits = log2OfPower(L);
   const PanelTwiddles<V> twiddles = {job.twiddles, job.twiddles + plan.fine, plan.vectors1};
@@ -89,7 +100,9 @@ template <Direction D, class Order, class V, class In, class Out>
     const auto row = [&](auto r) __attribute__((always_inline)) {
       return rows(Index<bitReversed(Order::template lane<V>(r), kLaneBits)>{});
     };
-    for (int l = 0; l < L; ++l) next.prefetch(t, l, v);
+    if constexpr (Source::kByRows) next.template prefetchRows<L>((v * plan.vectors1 + t) * L, L, plan.wide);
+    else
+      for (int l = 0; l < L; ++l) next.prefetch(t, l, v);
     // Stores to where no cache line is would wait for it.
     if constexpr (Out::kVia == Via::caches)
       for (int l = 0; l < L; ++l) out.from((t + 1) * outVector).from(Even{l * outRow}).prefetch(0);
@@ -131,9 +144,9 @@ OVKS_INLINE void releaseImaginary(Rows<V> panel, std::ptrdiff_t wide, PanelResul
 // The last pass, on n blocks of 8 rows of the panel from the given one on: spectrum point k of the columns is row k of
 // the points, to which `first` and on are the panel's columns. Meanwhile memory is asked for the next panel. Imaginary
 // parts that are held back go out a block later.
-template <Direction D, bool scale, class V, class In, class Points>
+template <Direction D, bool scale, class V, class Source, class Points>
 [[gnu::noinline]] void lastPanelPass(const Job<Lane<V>>& job, const PanelPlan<Lane<V>>& plan, Rows<V> panel,
-                                     PanelSource<In> next, std::ptrdiff_t block, std::ptrdiff_t n, Points dst,
+                                     Source next, std::ptrdiff_t block, std::ptrdiff_t n, Points dst,
                                      std::ptrdiff_t first) {
   const std::ptrdiff_t blocks = plan.n2 / 8, step = blocks * plan.vectors1 * lanes<V>;
   const PanelResults<V> results = {job.bitReversal, job.order, plan.bits2 - 3, plan.vectors1, first, step};
@@ -143,7 +156,9 @@ template <Direction D, bool scale, class V, class In, class Points>
   for (const std::ptrdiff_t end = block + n; block < end; ++block, w += 2 * 7) {
     for (std::ptrdiff_t v = 0; v < plan.wide; ++v) {
       const Rows<V> from = panel.from(block * 8 * plan.wide + v);
-      for (int j = 0; j < 8; ++j) next.prefetch(block * 8 / lanes<V>, block * 8 % lanes<V> + j, v);
+      if constexpr (Source::kByRows) next.template prefetchRows<lanes<V>>((block * plan.wide + v) * 8, 8, plan.wide);
+      else
+        for (int j = 0; j < 8; ++j) next.prefetch(block * 8 / lanes<V>, block * 8 % lanes<V> + j, v);
       const std::ptrdiff_t then = results.place(block + 1, v), to = results.place(block, v);
       if constexpr (Points::kVia == Via::caches)
         for (int j = 0; j < 8; ++j) dst.template prefetch<V>(then + j * step);

@@ -17,7 +17,7 @@ namespace ovks::fft {
 
 // Into the rows of the other matrix. In place each panel goes where it came from, so that vectors t and g of rows
 // n2 = g L + l and t L + l stand in each other's places.
-template <Direction D, class V, class Points, class Out>
+template <Direction D, bool byRows, class V, class Points, class Out>
 void firstSweep(const Job<Lane<V>>& job, const PanelPlan<Lane<V>>& plan, Points src, Out out, bool inPlace) {
   using In = PointRows<V, Points>;
   const Rows<V> panel = rowsIn<V>(OneArray<Lane<V>>{job.work});
@@ -27,8 +27,8 @@ void firstSweep(const Job<Lane<V>>& job, const PanelPlan<Lane<V>>& plan, Points 
   PanelTile tiles[PanelPlan<Lane<V>>::kMaxTiles];
   for (std::ptrdiff_t t = 0; t < plan.vectors1; ++t) tiles[t] = {t * tile, 1};
   for (std::ptrdiff_t first = 0; first < plan.vectors2; first += plan.wide) {
-    const PanelSource<In> source = {In{src}.from(first), tiles, row},
-                          next = {In{src}.from(first + plan.wide), tiles, row};
+    const PanelSource<In, byRows> source = {In{src}.from(first), tiles, row},
+                                  next = {In{src}.from(first + plan.wide), tiles, row};
     panelPass<D, 1>(bits, source, plan.n1, plan.wide, panel);
     columns.run(1, panel, plan.n1 * plan.wide >> bits, 0, blocks, blocks);
     for (std::ptrdiff_t v = 0; v < plan.wide; ++v) {
@@ -65,7 +65,7 @@ template <class T, class RowSet>
         }
 }
 
-template <Direction D, class V, class RowSet, class Points>
+template <Direction D, bool byRows, class V, class RowSet, class Points>
 void secondSweep(const Job<Lane<V>>& job, const PanelPlan<Lane<V>>& plan, RowSet rows, Points dst, bool inPlace) {
   const Rows<V> panel = rowsIn<V>(OneArray<Lane<V>>{job.work});
   Passes passes = plan.passes2;
@@ -74,7 +74,7 @@ void secondSweep(const Job<Lane<V>>& job, const PanelPlan<Lane<V>>& plan, RowSet
   const int bits = passes.bits[0];
   const std::ptrdiff_t blocks = std::ptrdiff_t{1} << bits, m = plan.n2 * plan.wide >> bits, last = plan.n2 / 8 >> bits;
   PanelTile tiles[PanelPlan<Lane<V>>::kMaxTiles];
-  const PanelSource<RowSet> source = {rows, tiles, plan.vectors2};
+  const PanelSource<RowSet, byRows> source = {rows, tiles, plan.vectors2};
   findTiles(plan, 0, inPlace, tiles);
   for (std::ptrdiff_t first = 0; first < plan.vectors1; first += plan.wide) {
     panelPass<D, RowSet::kTurns>(bits, source, plan.n2, plan.wide, panel);
@@ -92,16 +92,21 @@ void secondSweep(const Job<Lane<V>>& job, const PanelPlan<Lane<V>>& plan, RowSet
 template <Direction D, class V, class Points, class RowSet, class Results>
 void inPanels(const Job<Lane<V>>& job, const PanelPlan<Lane<V>>& plan, Points src, RowSet rows, Results dst) {
   const bool inPlace = haveSameArray(src, dst);
-  const auto sweep = [&](auto rowsOut, auto pointsOut) {
-    firstSweep<D, V>(job, plan, src, rowsOut, inPlace);
-    secondSweep<D, V>(job, plan, rows, pointsOut, inPlace);
+  const auto sweep = [&]<bool byRows>(auto rowsOut, auto pointsOut) {
+    firstSweep<D, byRows, V>(job, plan, src, rowsOut, inPlace);
+    secondSweep<D, byRows, V>(job, plan, rows, pointsOut, inPlace);
   };
-  // Half of the points at least half of the cache: it does not hold them from one sweep to the next.
-  if (isAligned<V>(dst) && exceedsCache(int64_t{sizeof(Lane<V>)} << job.order)) {
-    sweep(pastCaches(rows), pastCaches(dst));
+  // Half of the points at least half of the cache: it does not hold them from one sweep to the next. What comes from
+  // memory is asked for row by row, so that a row's page is opened once; of two arrays whose lines come from the third
+  // cache, a vector of many rows at a time takes less long.
+  constexpr bool oneArray = std::is_same_v<Points, Interleaved<Lane<V>>>;
+  if (!exceedsCache(int64_t{sizeof(Lane<V>)} << job.order)) {
+    sweep.template operator()<oneArray>(rows, dst);
+  } else if (isAligned<V>(dst)) {
+    sweep.template operator()<true>(pastCaches(rows), pastCaches(dst));
     _mm_sfence();
   } else {
-    sweep(rows, dst);
+    sweep.template operator()<true>(rows, dst);
   }
 }
 
