@@ -62,6 +62,13 @@ void panelPass(int bits, Source source, std::ptrdiff_t rows, std::ptrdiff_t wide
     else panelPass<D, 8, turns>(source, rows, wide, turn, panel);
 }
 
+// The columns' passes after the first, on n blocks of m rows each: once for all kinds of sweeps.
+template <Direction D, class V>
+[[gnu::noinline]] void furtherPasses(const Columns<D, Rows<V>>& columns, Rows<V> panel, std::ptrdiff_t m,
+                                     std::ptrdiff_t block, std::ptrdiff_t n, std::ptrdiff_t blocks) {
+  columns.run(1, panel, m, block, n, blocks);
+}
+
 // Twiddles exp(-2 pi i k1 n2 / N) for the L numbers k1 of vector t and number l of the n2 of vector g: a product of
 // that for t's first k1 and that for k1's distance from it.
 template <class V>

@@ -30,7 +30,7 @@ void firstSweep(const Job<Lane<V>>& job, const PanelPlan<Lane<V>>& plan, Points 
     const PanelSource<In, byRows> source = {In{src}.from(first), tiles, row},
                                   next = {In{src}.from(first + plan.wide), tiles, row};
     panelPass<D, 1>(bits, source, plan.n1, plan.wide, panel);
-    columns.run(1, panel, plan.n1 * plan.wide >> bits, 0, blocks, blocks);
+    furtherPasses(columns, panel, plan.n1 * plan.wide >> bits, 0, blocks, blocks);
     for (std::ptrdiff_t v = 0; v < plan.wide; ++v) {
       const std::ptrdiff_t g = first + v, to = g % plan.vectors1 * tile + g / plan.vectors1 * plan.vectors1;
       if (inPlace) transposePanel<D, typename Points::Order>(job, plan, panel, v, next, g, out.from(g), tile, row);
@@ -81,7 +81,7 @@ void secondSweep(const Job<Lane<V>>& job, const PanelPlan<Lane<V>>& plan, RowSet
     if (inPlace) vacate(plan, first, rows);
     findTiles(plan, first + plan.wide, inPlace, tiles);
     for (std::ptrdiff_t b = 0; b < blocks; ++b) {
-      columns.run(1, panel.from(b * m), m, b, 1, blocks);
+      furtherPasses(columns, panel.from(b * m), m, b, 1, blocks);
       if (job.scale) lastPanelPass<D, true>(job, plan, panel, source, b * last, last, dst, first);
       else lastPanelPass<D, false>(job, plan, panel, source, b * last, last, dst, first);
     }
