@@ -10,76 +10,72 @@
 
 namespace ovks::fft {
 
-template <class Points>
-struct PointsInPlace {
+// Tiles come in places of B x B: B side by side in each of B equal parts of the room. The rows in a place are those of
+// the tiles whose points go into its partner, or into itself.
+//
+// More of them side by side are longer runs, and more pages at once.
+template <class V, class Points, int bits>
+struct Places {
+  static constexpr bool kSplit = std::is_same_v<Points, Split<Lane<V>>>;
+  static constexpr int L = lanes<V>, B = 1 << bits, kTiles = B * B;
+
   Points dst;
   std::ptrdiff_t m;
   const int32_t* bitReversal;
-};
 
-// The places of tiles, kTiles each.
-template <class V, class Points>
-struct Places;
-
-// In one array the rows of a tile stand where its points go.
-template <class V>
-struct Places<V, Interleaved<Lane<V>>> : PointsInPlace<Interleaved<Lane<V>>> {
-  using In = PointsInPlace<Interleaved<Lane<V>>>;
-  using In::dst, In::m, In::bitReversal;
-  static constexpr int L = lanes<V>, kTiles = 1;
-
-  std::ptrdiff_t count() const { return m / L; }
-  std::ptrdiff_t partner(std::ptrdiff_t place) const { return reverseTile<V>(bitReversal, place); }
-  // Of tile t from this place, its first row and the distance between them.
-  OVKS_INLINE Rows<V> rows(std::ptrdiff_t place, int) const { return rowsBetween<V>(dst).from(place); }
-  std::ptrdiff_t rowStep() const { return m / L; }
-  // The number of tile t in this place, and where its points wait.
-  std::ptrdiff_t number(std::ptrdiff_t place, int) const { return place; }
-  OVKS_INLINE static auto waiting(Lane<V>* scratch, int) {
-    return to<V>(Split<Lane<V>>{scratch, scratch + L * L}, 0, L);
+  std::ptrdiff_t count() const { return m / L / kTiles; }
+  std::ptrdiff_t partner(std::ptrdiff_t place) const { return reverseTile<V>(bitReversal, B * place) / B; }
+  // Of the t-th tile whose points go into a place, its number,
+  std::ptrdiff_t number(std::ptrdiff_t place, int t) const { return tileAt(place, t / B, t % B); }
+  // the first of its rows, in the partner's room, and the distance between them.
+  OVKS_INLINE Rows<V> rows(std::ptrdiff_t partner, int t) const {
+    const auto all = rowsBetween<V>(dst);
+    const int side = bitReversed(t / B, bits);
+    return all.ofTurn(side % all.kTurns).from(tileAt(partner, bitReversed(t % B, bits), side) / all.kTurns);
   }
-  // A part of those goes out.
-  OVKS_INLINE void release(std::ptrdiff_t place, int, Lane<V>* scratch) const {
-    const Split<Lane<V>> from = {scratch, scratch + L * L};
-    for (int j = 0; j < L; ++j) dst.put(place * L + j * m, from.template get<V>(j * L));
-  }
-};
-
-// In two arrays the rows of tiles 2p and 2p + 1 stand where the points of both go. With those half of all tiles further
-// on, whose numbers in reverse are neighbours, they are four that change places with four others.
-template <class V>
-struct Places<V, Split<Lane<V>>> : PointsInPlace<Split<Lane<V>>> {
-  using In = PointsInPlace<Split<Lane<V>>>;
-  using In::dst, In::m, In::bitReversal;
-  static constexpr int L = lanes<V>, kTiles = 4;
-
-  std::ptrdiff_t count() const { return m / L / 4; }
-  std::ptrdiff_t partner(std::ptrdiff_t place) const { return reverseTile<V>(bitReversal, 2 * place) / 2; }
-  OVKS_INLINE Rows<V> rows(std::ptrdiff_t place, int t) const {
-    return rowsBetween<V>(dst).ofTurn(t / 2).from(place + t % 2 * count());
-  }
-  std::ptrdiff_t rowStep() const { return m / L / 2; }
-  std::ptrdiff_t number(std::ptrdiff_t place, int t) const { return 2 * (place + t / 2 * count()) + t % 2; }
+  std::ptrdiff_t rowStep() const { return m / L / (kSplit ? 2 : 1); }
+  // Where the points wait.
   OVKS_INLINE static auto waiting(Lane<V>* scratch, int t) {
-    return to<V>(Split<Lane<V>>{scratch, scratch + 4 * L * L}, (t / 2 * 2 * L + t % 2) * L, 2 * L);
+    return to<V>(points(scratch), (t / B * L * B + t % B) * L, B * L);
   }
-  // Real and imaginary parts of two neighbours by turns.
+  // A part of those goes out: into one of two arrays at a time.
   OVKS_INLINE void release(std::ptrdiff_t place, int t, Lane<V>* scratch) const {
-    Lane<V>* const array = t % 2 == 0 ? dst.re : dst.im;
-    fft::release<L, 2, V>(array + number(place, t / 2 * 2) * L, m, scratch + (t % 2 * 2 + t / 2) * 2 * L * L);
+    constexpr int kSteps = L / B * (kSplit ? 2 : 1);
+    const int i = t % B, step = (kSplit ? i / 2 : i) * kSteps;
+    const std::ptrdiff_t first = number(place, t - i) * L + step * m;
+    const Split<Lane<V>> from = points(scratch).from((t / B * L + step) * B * L);
+    if constexpr (!kSplit) {
+      for (int j = 0; j < kSteps; ++j)
+        unroll<B>([&](auto v) __attribute__((always_inline)) {
+          dst.put(first + j * m + v * L, from.template get<V>((j * B + v) * L));
+        });
+    } else if (i % 2 == 0) {
+      fft::release<kSteps, B, V>(dst.re + first, m, from.re);
+    } else {
+      fft::release<kSteps, B, V>(dst.im + first, m, from.im);
+    }
   }
+
+ private:
+  OVKS_INLINE std::ptrdiff_t tileAt(std::ptrdiff_t place, int part, int side) const {
+    return (part * count() + place) * B + side;
+  }
+  OVKS_INLINE static Split<Lane<V>> points(Lane<V>* scratch) { return {scratch, scratch + kTiles * L * L}; }
 };
 
-template <Direction D, bool scale, class V, class Points, class Twiddles>
-[[gnu::noinline]] void closingPassInPlace(Places<V, Points> places, Twiddles twiddles, Lane<V> factor) {
-  constexpr int L = lanes<V>, kTiles = Places<V, Points>::kTiles;
-  alignas(64) Lane<V> scratch[2][kTiles * 2 * L * L];
+template <Direction D, bool scale, class V, class Points, int bits, class Twiddles>
+[[gnu::noinline]] void closingPassInPlace(Places<V, Points, bits> places, Twiddles twiddles, Lane<V> factor,
+                                          Lane<V>* work) {
+  constexpr int L = lanes<V>, kTiles = Places<V, Points, bits>::kTiles;
+  Lane<V>* const scratch[2] = {work, work + kTiles * 2 * L * L};
   const std::ptrdiff_t n = places.count(), step = places.rowStep();
   // The processor does not see which places are to follow.
   const auto close = [&](std::ptrdiff_t from, int t, std::ptrdiff_t place, std::ptrdiff_t ahead, auto out)
       __attribute__((always_inline)) {
-    if (ahead < n)
-      for (int j = 0; j < L; ++j) places.rows(ahead, t).prefetch(j * step);
+    if (ahead < n) {
+      const Rows<V> rows = places.rows(ahead, t);
+      for (int j = 0; j < L; ++j) rows.prefetch(j * step);
+    }
     closeTile<D, scale, typename Points::Order>(places.rows(from, t), step, places.number(place, t), twiddles, factor,
                                                 out);
   };

@@ -92,6 +92,13 @@ void outerPasses(std::ptrdiff_t parts, Points src, RowSet dst, std::ptrdiff_t m,
   }
 }
 
+template <Direction D, class V, class PlaceSet>
+void closeInPlace(const Job<Lane<V>>& job, PlaceSet places) {
+  const TileTwiddleProducts<V> twiddles = productsIn(job.twiddles, job.order);
+  if (job.scale) closingPassInPlace<D, true>(places, twiddles, job.factor, job.work);
+  else closingPassInPlace<D, false>(places, twiddles, job.factor, job.work);
+}
+
 template <Direction D, class V, class Points>
 void large(const Job<Lane<V>>& job, Points src, Points dst) {
   using T = Lane<V>;
@@ -101,15 +108,20 @@ void large(const Job<Lane<V>>& job, Points src, Points dst) {
   const int outer = outerBits<T>(job.order);
   const std::ptrdiff_t blocks = std::ptrdiff_t{1} << outer;
   const auto rows = rowsBetween<V>(dst);
-  const bool inPlace = haveSameArray(src, dst);
+  bool inPlace = haveSameArray(src, dst);
+  // Where the caches hold one array but not two, a copy comes faster than points out of order.
+  if (!inPlace && outer == 4 && !cachesHoldTwo<T>(job.order)) {
+    copyPoints(src, dst, std::ptrdiff_t{1} << job.order);
+    src = dst;
+    inPlace = true;
+  }
   if (outer == 4) outerPasses<D, 4, V>(blocks, src, rows, m, columns, job.work, inPlace);
   else outerPasses<D, 8, V>(blocks, src, rows, m, columns, job.work, inPlace);
   Columns<D, decltype(rows)>(passes, columns)
       .run(outerPassesOf<T>(job.order).count, rows, m >> outer, 0, blocks, blocks);
-  const TileTwiddleProducts<V> twiddles = productsIn(job.twiddles, job.order);
-  const Places<V, Points> places = {{dst, m, job.bitReversal}};
-  if (job.scale) closingPassInPlace<D, true, V>(places, twiddles, job.factor);
-  else closingPassInPlace<D, false, V>(places, twiddles, T(1));
+  if constexpr (sizeof(T) == 8)  // Floats do not take longer with the other.
+    if (cachesHoldTwo<T>(job.order)) return closeInPlace<D, V>(job, Places<V, Points, 1>{dst, m, job.bitReversal});
+  closeInPlace<D, V>(job, Places<V, Points, 2>{dst, m, job.bitReversal});
 }
 
 // src and dst may be the same.

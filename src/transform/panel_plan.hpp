@@ -7,12 +7,12 @@
 
 namespace ovks::fft {
 
-// Less of a row wastes what memory gives with one access. Of two arrays wide rows take as much each.
+// Of one array, or of each of two. Less of a row wastes what memory gives with one access.
 inline constexpr int kPanelRowBytes = 256;
 
 // The orders where panels pay, and the work buffer has room for them.
 template <class T>
-inline constexpr int kMinPanelOrder = sizeof(T) == 4 ? 20 : 19;
+inline constexpr int kMinPanelOrder = sizeof(T) == 4 ? 21 : 20;
 template <class T>
 inline constexpr int kMaxPanelOrder = sizeof(T) == 4 ? 22 : 21;
 
@@ -27,7 +27,7 @@ struct PanelPlan {
   Passes passes1, passes2;
   std::ptrdiff_t fine, columns1, columns2;  // where the twiddles are, in elements; the coarse come first
 
-  constexpr explicit PanelPlan(int order, bool wideRows = false)
+  constexpr explicit PanelPlan(int order, bool twoArrays = false)
       : bits1(order / 2),
         bits2(order - bits1),
         n1(std::ptrdiff_t{1} << bits1),
@@ -35,14 +35,14 @@ struct PanelPlan {
         folds(n2 / n1),
         vectors1(n1 / kLanes<T>),
         vectors2(n2 / kLanes<T>),
-        wide(rowBytes(wideRows) / (2 * kVectorBytes)),
+        wide(rowBytes(twoArrays) / (2 * kVectorBytes)),
         passes1(panelPasses(bits1)),
         passes2(panelPasses(bits2)),
         fine(2 * vectors1 * n2),
         columns1(fine + 2 * kLanes<T> * n2),
         columns2(columns1 + 2 * n1) {}
 
-  static constexpr std::ptrdiff_t rowBytes(bool wideRows) { return wideRows ? 2 * kPanelRowBytes : kPanelRowBytes; }
+  static constexpr std::ptrdiff_t rowBytes(bool twoArrays) { return twoArrays ? 2 * kPanelRowBytes : kPanelRowBytes; }
 
   // The first of radix 4 or 8, as rows stand memory pages apart, so that their lines share a set of the first cache;
   // the last of radix 8.
@@ -60,13 +60,6 @@ constexpr bool takesPanels(int order) {
   return order >= kMinPanelOrder<T> && order <= kMaxPanelOrder<T>;
 }
 
-// Rows are wide where two arrays share their offset within pages, so that lines of few sets hold a panel, and where
-// caches hold little of so many points anyway.
-template <class T>
-constexpr bool wantsWideRows(int order, bool twoArrays, bool sharedOffset) {
-  return sharedOffset || (twoArrays && order > kMinPanelOrder<T>);
-}
-
 // Whether twiddles and panels of all orders find room, and the last passes are of radix 8.
 template <class T>
 constexpr bool panelsFit() {
@@ -74,8 +67,8 @@ constexpr bool panelsFit() {
     const PanelPlan<T> plan(order);
     const Sizes sizes = complexSizes<T>(order);
     if ((plan.columns2 + 2 * plan.n2) * int64_t{sizeof(T)} > sizes.twiddles) return false;
-    for (const bool wideRows : {false, true})
-      if (plan.n2 * plan.rowBytes(wideRows) > sizes.work) return false;
+    for (const bool twoArrays : {false, true})
+      if (plan.n2 * plan.rowBytes(twoArrays) > sizes.work) return false;
     if (plan.passes1.bits[plan.passes1.count - 1] != 3 || plan.passes2.bits[plan.passes2.count - 1] != 3) return false;
   }
   return true;

@@ -115,10 +115,9 @@ template <Direction D, class V, class Points>
 void inPanels(const Job<Lane<V>>& job, Points src, Points dst) {
   using T = Lane<V>;
   constexpr bool twoArrays = std::is_same_v<Points, Split<T>>;
-  const bool sharedOffset = sharePageOffset(src) || sharePageOffset(dst);
-  const PanelPlan<T> plan(job.order, wantsWideRows<T>(job.order, twoArrays, sharedOffset));
+  const PanelPlan<T> plan(job.order, twoArrays);
   if constexpr (twoArrays) {
-    if (sharedOffset) {
+    if (sharePageOffset(src) || sharePageOffset(dst)) {
       // A panel's room is the same in rows of either kind, as its rows are of even numbers of vectors.
       static_assert(kPanelRowBytes / (2 * kVectorBytes) % 2 == 0);
       return inPanels<D, V>(job, plan, src, AlternatingRows<V>{{dst.re, dst.im}},

@@ -2,6 +2,8 @@
 // A transform's points as the caller stores them: interleaved, or in two arrays.
 #pragma once
 
+#include <algorithm>
+
 #include "transform/lane_order.hpp"
 
 namespace ovks::fft {
@@ -53,6 +55,15 @@ bool haveSameArray(OneArray<T> a, OneArray<T> b) {
 template <class T>
 bool haveSameArray(TwoArrays<T> a, TwoArrays<T> b) {
   return a.re == b.re || a.re == b.im || a.im == b.re || a.im == b.im;
+}
+template <class T>
+void copyPoints(OneArray<T> from, OneArray<T> to, std::ptrdiff_t n) {
+  std::copy_n(from.p, 2 * n, to.p);
+}
+template <class T>
+void copyPoints(TwoArrays<T> from, TwoArrays<T> to, std::ptrdiff_t n) {
+  std::copy_n(from.re, n, to.re);
+  std::copy_n(from.im, n, to.im);
 }
 template <class V>
 bool isAligned(OneArray<Lane<V>> a) {
