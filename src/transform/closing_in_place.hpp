@@ -18,6 +18,8 @@ template <class V, class Points, int bits>
 struct Places {
   static constexpr bool kSplit = std::is_same_v<Points, Split<Lane<V>>>;
   static constexpr int L = lanes<V>, B = 1 << bits, kTiles = B * B;
+  // Elements of the work buffer: for twice the points that wait, and for imaginary parts.
+  static constexpr int kWork = 5 * kTiles * L * L;
 
   Points dst;
   std::ptrdiff_t m;
@@ -55,6 +57,22 @@ struct Places {
       fft::release<kSteps, B, V>(dst.im + first, m, from.im);
     }
   }
+  // Into two arrays that crowd sets of the first cache: real parts at once, imaginary ones into the scratch, and out as
+  // runs once B tiles are there.
+  OVKS_INLINE auto holding(std::ptrdiff_t place, int t, Lane<V>* scratch) const {
+    Lane<V>*const re = dst.re + number(place, t) * L, *const im = scratch + (t / B * L * B + t % B) * L;
+    const std::ptrdiff_t step = m;
+    return [=](auto j, Complex<V> x) __attribute__((always_inline)) {
+      store(re + j * step, x.re);
+      store(im + j * (B * L), x.im);
+    };
+  }
+  OVKS_INLINE void releaseHeld(std::ptrdiff_t place, int t, const Lane<V>* scratch) const {
+    constexpr int kSteps = L / B;
+    const int step = t % B * kSteps;
+    fft::release<kSteps, B, V>(dst.im + number(place, t - t % B) * L + step * m, m,
+                               scratch + (t / B * L + step) * B * L);
+  }
 
  private:
   OVKS_INLINE std::ptrdiff_t tileAt(std::ptrdiff_t place, int part, int side) const {
@@ -63,11 +81,24 @@ struct Places {
   OVKS_INLINE static Split<Lane<V>> points(Lane<V>* scratch) { return {scratch, scratch + kTiles * L * L}; }
 };
 
+// All tiles of a place with imaginary parts held back.
+template <class Set, class T, class Close>
+OVKS_INLINE void closeHeld(const Set& places, std::ptrdiff_t place, T* scratch, Close close) {
+  for (int t = 0; t < Set::kTiles; ++t) {
+    close(t, places.holding(place, t, scratch));
+    if (t >= Set::B) places.releaseHeld(place, t - Set::B, scratch);
+  }
+  for (int t = Set::kTiles - Set::B; t < Set::kTiles; ++t) places.releaseHeld(place, t, scratch);
+}
+
 template <Direction D, bool scale, class V, class Points, int bits, class Twiddles>
 [[gnu::noinline]] void closingPassInPlace(Places<V, Points, bits> places, Twiddles twiddles, Lane<V> factor,
                                           Lane<V>* work) {
-  constexpr int L = lanes<V>, kTiles = Places<V, Points, bits>::kTiles;
+  using Set = Places<V, Points, bits>;
+  constexpr int L = lanes<V>, kTiles = Set::kTiles;
   Lane<V>* const scratch[2] = {work, work + kTiles * 2 * L * L};
+  Lane<V>* const held = scratch[1] + kTiles * 2 * L * L;
+  const bool crowded = crowdSets<V>(places.dst, places.m);
   const std::ptrdiff_t n = places.count(), step = places.rowStep();
   // The processor does not see which places are to follow.
   const auto close = [&](std::ptrdiff_t from, int t, std::ptrdiff_t place, std::ptrdiff_t ahead, auto out)
@@ -93,9 +124,16 @@ template <Direction D, bool scale, class V, class Points, int bits, class Twiddl
       if (last < n) places.release(last, t, scratch[turn ^ 1]);
       close(partner, t, place, next < n ? places.partner(next) : n, places.waiting(scratch[turn], t));
     }
-    if (partner != place)
-      for (int t = 0; t < kTiles; ++t)
-        close(place, t, partner, next, to<V>(places.dst, places.number(partner, t) * L, places.m));
+    if (partner == place) continue;
+    const auto closePartner = [&](int t, auto out) __attribute__((always_inline)) {
+      close(place, t, partner, next, out);
+    };
+    if constexpr (Set::kSplit)
+      if (crowded) {
+        closeHeld(places, partner, held, closePartner);
+        continue;
+      }
+    for (int t = 0; t < kTiles; ++t) closePartner(t, to<V>(places.dst, places.number(partner, t) * L, places.m));
   }
   for (int t = 0; t < kTiles; ++t) places.release(last, t, scratch[turn ^ 1]);
 }

@@ -104,6 +104,10 @@ template <Direction D, bool scale, class V, class Twiddles, class Points>
 // Whether a tile's stores into two arrays crowd the sets of the first cache: steps of its spectrum are memory pages
 // apart, or half of one, and both arrays share their offset within pages. Lines then leave before they are written.
 template <class V>
+bool crowdSets(Interleaved<Lane<V>>, std::ptrdiff_t) {
+  return false;
+}
+template <class V>
 bool crowdSets(Split<Lane<V>> dst, std::ptrdiff_t m) {
   return m * std::ptrdiff_t{2 * sizeof(V)} >= 16 * kPageBytes && sharePageOffset(dst);
 }

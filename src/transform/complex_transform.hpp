@@ -94,7 +94,9 @@ void outerPasses(std::ptrdiff_t parts, Points src, RowSet dst, std::ptrdiff_t m,
 
 template <Direction D, class V, class PlaceSet>
 void closeInPlace(const Job<Lane<V>>& job, PlaceSet places) {
-  const TileTwiddleProducts<V> twiddles = productsIn(job.twiddles, job.order);
+  using T = Lane<V>;
+  static_assert(PlaceSet::kWork * int64_t{sizeof(T)} <= complexSizes<T>(kMaxInCacheOrder<T> + 1).work);
+  const TileTwiddleProducts<V> twiddles = productsIn<T>(job.twiddles, job.order);
   if (job.scale) closingPassInPlace<D, true>(places, twiddles, job.factor, job.work);
   else closingPassInPlace<D, false>(places, twiddles, job.factor, job.work);
 }
@@ -119,7 +121,7 @@ void large(const Job<Lane<V>>& job, Points src, Points dst) {
   else outerPasses<D, 8, V>(blocks, src, rows, m, columns, job.work, inPlace);
   Columns<D, decltype(rows)>(passes, columns)
       .run(outerPassesOf<T>(job.order).count, rows, m >> outer, 0, blocks, blocks);
-  if constexpr (sizeof(T) == 8)  // Floats do not take longer with the other.
+  if constexpr (kAvx512 && sizeof(T) == 8)  // The only ones that take longer with the other.
     if (cachesHoldTwo<T>(job.order)) return closeInPlace<D, V>(job, Places<V, Points, 1>{dst, m, job.bitReversal});
   closeInPlace<D, V>(job, Places<V, Points, 2>{dst, m, job.bitReversal});
 }
