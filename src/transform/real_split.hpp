@@ -4,7 +4,8 @@
 // With h = N/2, z[m] = x[2m] + i x[2m + 1] and T = -i exp(-2 pi i m / N):
 //   forward  X[m] = (A + T B) / 2,         conj X[h - m] = (A - T B) / 2,       A, B = Z[m] +- conj Z[h - m]
 //   inverse  Z[m] = A + conj(T) B,         conj Z[h - m] = A - conj(T) B,       A, B = X[m] +- conj X[h - m]
-// The forward half is part of the complex transform's factor. Both are one loop over pairs, differing in T's sign.
+// Both directions are one loop over pairs, differing in T's sign. The forward half is part of a short complex
+// transform's factor, but of the split after a long one, which would take longer with a factor.
 #pragma once
 
 #include "transform/plan.hpp"
@@ -48,9 +49,17 @@ struct SplitTwiddleProducts {
   }
 };
 
+// p + q or half of it, which does not exceed the largest number where the sum would.
+template <bool half, class V>
+OVKS_INLINE V sum(V p, V q) {
+  if constexpr (!half) return p + q;
+  const V h = splat<V>(Lane<V>(0.5));
+  return fma(q, h, p * h);
+}
+
 // Pairs m and h - m for 1 <= m <= h / 2 from src to dst, which may be the same; the middle one is its own partner, and
 // both of its results are the same.
-template <Direction D, class V, class Twiddles>
+template <Direction D, bool half, class V, class Twiddles>
 [[gnu::noinline]] void splitPairs(const Lane<V>* src, Lane<V>* dst, std::ptrdiff_t h, Twiddles twiddles) {
   constexpr int L = lanes<V>;
   for (std::ptrdiff_t i = 0; i < h / 2; i += L) {
@@ -58,7 +67,8 @@ template <Direction D, class V, class Twiddles>
     const Interleaved<const Lane<V>> from = {src};
     const Interleaved<Lane<V>> to = {dst};
     const Complex<V> x = from.template get<V>(m), y = reversed(from.template get<V>(mirrored));
-    const Complex<V> a = {x.re + y.re, x.im - y.im}, b = {x.re - y.re, x.im + y.im};
+    const Complex<V> a = {sum<half>(x.re, y.re), sum<half>(x.im, -y.im)};
+    const Complex<V> b = {sum<half>(x.re, -y.re), sum<half>(x.im, y.im)};
     const Complex<V> t = twiddles.at(i), tb = turn<D>(b, t.re, t.im);
     to.put(m, a + tb);
     to.put(mirrored, reversed(Complex<V>{a.re - tb.re, tb.im - a.im}));

@@ -9,19 +9,19 @@
 
 namespace ovks::fft {
 
-template <Direction D, class T>
+template <Direction D, bool half, class T>
 void splitPairs(const Spec<T>& spec, const T* src, T* dst) {
   using V = Vec<T>;
   const std::ptrdiff_t h = std::ptrdiff_t{1} << (spec.order - 1);
   const T* table = spec.splitTwiddles;
   if (splitInTwoLevels<T>(spec.order)) {
     using Products = SplitTwiddleProducts<V>;
-    splitPairs<D, V>(src, dst, h, Products{table, table + 2 * Products::kFine});
+    splitPairs<D, half, V>(src, dst, h, Products{table, table + 2 * Products::kFine});
   } else if (splitLanes<T>(spec.order) == kLanes<T>) {
-    splitPairs<D, V>(src, dst, h, SplitTwiddles<V>{table});
+    splitPairs<D, half, V>(src, dst, h, SplitTwiddles<V>{table});
   } else if constexpr (kAvx512 && sizeof(T) == 4) {
     using Half = Vec<T, kLanes<T> / 2>;
-    splitPairs<D, Half>(src, dst, h, SplitTwiddles<Half>{table});
+    splitPairs<D, half, Half>(src, dst, h, SplitTwiddles<Half>{table});
   }
 }
 
@@ -59,14 +59,25 @@ void packSpectrum(T* p, std::ptrdiff_t n) {
   if constexpr (std::is_same_v<Layout, CcsLayout>) p[1] = p[n + 1] = 0;
 }
 
+// Into the Perm layout: of the pairs' spectrum, or of half of it.
+template <bool whole, class T>
+void splitSpectrum(const Spec<T>& spec, T* p) {
+  const T twice = whole ? 1 : 2, a = twice * p[0], b = twice * p[1];
+  splitPairs<Direction::forward, whole>(spec, p, p);
+  p[0] = a + b;
+  p[1] = a - b;
+}
+
 template <class Layout, class T>
 void realForward(const Spec<T>& spec, const T* src, T* dst, T* work) {
-  const T half = static_cast<T>(0.5);
-  transformPairs<Direction::forward>(spec, src, dst, work, true, spec.scaleForward ? spec.factor * half : half);
-  const T a = dst[0] + dst[0], b = dst[1] + dst[1];
-  splitPairs<Direction::forward>(spec, dst, dst);
-  dst[0] = a + b;
-  dst[1] = a - b;
+  if (spec.order - 1 > kMaxShortOrder<T>) {
+    transformPairs<Direction::forward>(spec, src, dst, work, spec.scaleForward != 0, spec.factor);
+    splitSpectrum<true>(spec, dst);
+  } else {
+    const T half = static_cast<T>(0.5);
+    transformPairs<Direction::forward>(spec, src, dst, work, true, spec.scaleForward ? spec.factor * half : half);
+    splitSpectrum<false>(spec, dst);
+  }
   packSpectrum<Layout>(dst, std::ptrdiff_t{1} << spec.order);
 }
 
@@ -79,7 +90,7 @@ void realInverse(const Spec<T>& spec, const T* src, T* dst, T* work) {
     moveUp(dst + 1, n - 2);
     src = dst;
   }
-  splitPairs<Direction::inverse>(spec, src, dst);
+  splitPairs<Direction::inverse, false>(spec, src, dst);
   dst[0] = a + b;
   dst[1] = a - b;
   transformPairs<Direction::inverse>(spec, dst, dst, work, spec.scaleInverse != 0, spec.factor);
