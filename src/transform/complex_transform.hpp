@@ -67,12 +67,16 @@ void inCache(const Job<Lane<V>>& job, Points src, Points dst) {
 }
 
 // The outer passes, the first of radix 4 and the others of radix R, through the work buffer: a run of each of `parts`
-// parts at a time, so that memory is read and written once. Runs are longer where it is written elsewhere.
+// parts at a time, so that memory is read and written once. Runs are as long as the buffer allows for many parts, and
+// for few parts longer where memory is written elsewhere.
+inline constexpr std::ptrdiff_t kOuterRoom = 1 << 18;
+static_assert(kOuterRoom <= complexSizes<float>(kMaxInCacheOrder<float> + 5).work);
+static_assert(kOuterRoom <= complexSizes<double>(kMaxInCacheOrder<double> + 5).work);
 template <Direction D, int R, class V, class Points, class RowSet>
 void outerPasses(std::ptrdiff_t parts, Points src, RowSet dst, std::ptrdiff_t m, const Lane<V>* twiddles, Lane<V>* work,
                  bool inPlace) {
   constexpr int kTurns = RowSet::kTurns;
-  const std::ptrdiff_t runBytes = parts == 16 && !inPlace ? 2048 : 1024;
+  const std::ptrdiff_t runBytes = parts > 16 ? kOuterRoom / parts : inPlace ? 1024 : 2048;
   const std::ptrdiff_t wide = runBytes / std::ptrdiff_t{2 * sizeof(V)}, step = m / parts;
   const Rows<V> buffer = rowsIn<V>(OneArray<Lane<V>>{work});
   const PointRows<V, Points> rows = {src};
@@ -107,7 +111,7 @@ void large(const Job<Lane<V>>& job, Points src, Points dst) {
   const std::ptrdiff_t m = (std::ptrdiff_t{1} << job.order) / lanes<V>;
   const Passes& passes = passesOf<T>(job.order);
   const T* columns = job.twiddles + TwiddleLayout<T>(job.order).columns;
-  const int outer = outerBits<T>(job.order);
+  const int outer = partBits<T>(job.order);
   const std::ptrdiff_t blocks = std::ptrdiff_t{1} << outer;
   const auto rows = rowsBetween<V>(dst);
   bool inPlace = haveSameArray(src, dst);
@@ -117,7 +121,7 @@ void large(const Job<Lane<V>>& job, Points src, Points dst) {
     src = dst;
     inPlace = true;
   }
-  if (outer == 4) outerPasses<D, 4, V>(blocks, src, rows, m, columns, job.work, inPlace);
+  if (outer < 8) outerPasses<D, 4, V>(blocks, src, rows, m, columns, job.work, inPlace);
   else outerPasses<D, 8, V>(blocks, src, rows, m, columns, job.work, inPlace);
   Columns<D, decltype(rows)>(passes, columns)
       .run(outerPassesOf<T>(job.order).count, rows, m >> outer, 0, blocks, blocks);

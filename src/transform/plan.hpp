@@ -45,17 +45,25 @@ struct Passes {
   constexpr void add(int b) { bits[count++] = b; }
 };
 
-// The outer passes of large transforms take 2^outerBits blocks apart, each then transformed on its own.
+// What the sizes of large transforms' tables go by.
 template <class T>
 constexpr int outerBits(int order) {
   if (order <= kMaxInCacheOrder<T>) return 0;
   return order <= kMaxInCacheOrder<T> + 4 ? 4 : 8;
 }
+
+// The outer passes of large transforms take 16, 64 or 256 parts apart, each then transformed on its own.
 template <class T>
 constexpr Passes outerPassesOf(int order) {
-  const int outer = outerBits<T>(order);
-  if (outer == 0) return {};
-  return outer == 4 ? Passes{2, {2, 2}} : Passes{3, {2, 3, 3}};
+  if (order <= kMaxInCacheOrder<T>) return {};
+  if (order <= kMaxInCacheOrder<T> + 4) return {2, {2, 2}};
+  if (order <= kMaxInCacheOrder<T> + 6) return {3, {2, 2, 2}};
+  return {3, {2, 3, 3}};
+}
+template <class T>
+constexpr int partBits(int order) {
+  const Passes p = outerPassesOf<T>(order);
+  return p.bits[0] + p.bits[1] + p.bits[2];
 }
 
 // After the outer ones of radix 8 as far as may be. AVX-512 has registers enough for radix 16, which goes last: where
@@ -66,7 +74,7 @@ template <class T>
 constexpr Passes choosePasses(int order) {
   constexpr int kPageRows = 4096 / (2 * kVectorBytes);
   Passes p = outerPassesOf<T>(order);
-  int bits = order - log2OfPower(kLanes<T>) - outerBits<T>(order);
+  int bits = order - log2OfPower(kLanes<T>) - partBits<T>(order);
   const auto take = [&](int b) {
     p.add(b);
     bits -= b;
