@@ -66,12 +66,14 @@ void inCache(const Job<Lane<V>>& job, Points src, Points dst) {
   else close<D>(job, rows, dst, m, TileTwiddles<V>{job.twiddles});
 }
 
-// The outer passes, the first of radix 4 and the others of radix R, through the work buffer: a run of each of `parts`
-// parts at a time, so that memory is read and written once. Runs are as long as the buffer allows for many parts, and
-// for few parts longer where memory is written elsewhere.
+// What each work buffer of large transforms has room for.
 inline constexpr std::ptrdiff_t kOuterRoom = 1 << 18;
 static_assert(kOuterRoom <= complexSizes<float>(kMaxInCacheOrder<float> + 5).work);
 static_assert(kOuterRoom <= complexSizes<double>(kMaxInCacheOrder<double> + 5).work);
+
+// The outer passes, the first of radix 4 and the others of radix R, through the work buffer: a run of each of `parts`
+// parts at a time, so that memory is read and written once. Runs of many parts are as long as the buffer allows, those
+// of few parts longer where memory is written elsewhere.
 template <Direction D, int R, class V, class Points, class RowSet>
 void outerPasses(std::ptrdiff_t parts, Points src, RowSet dst, std::ptrdiff_t m, const Lane<V>* twiddles, Lane<V>* work,
                  bool inPlace) {
