@@ -38,7 +38,7 @@ struct Places {
   std::ptrdiff_t rowStep() const { return m / L / (kSplit ? 2 : 1); }
   // Where the points wait.
   OVKS_INLINE static auto waiting(Lane<V>* scratch, int t) {
-    return to<V>(points(scratch), (t / B * L * B + t % B) * L, B * L);
+    return to<V>(points(scratch), inScratch(t), B * L);
   }
   // A part of those goes out: into one of two arrays at a time.
   OVKS_INLINE void release(std::ptrdiff_t place, int t, Lane<V>* scratch) const {
@@ -60,7 +60,7 @@ struct Places {
   // Into two arrays that crowd sets of the first cache: real parts at once, imaginary ones into the scratch, and out as
   // runs once B tiles are there.
   OVKS_INLINE auto holding(std::ptrdiff_t place, int t, Lane<V>* scratch) const {
-    Lane<V>*const re = dst.re + number(place, t) * L, *const im = scratch + (t / B * L * B + t % B) * L;
+    Lane<V>*const re = dst.re + number(place, t) * L, *const im = scratch + inScratch(t);
     const std::ptrdiff_t step = m;
     return [=](auto j, Complex<V> x) __attribute__((always_inline)) {
       store(re + j * step, x.re);
@@ -78,6 +78,8 @@ struct Places {
   OVKS_INLINE std::ptrdiff_t tileAt(std::ptrdiff_t place, int part, int side) const {
     return (part * count() + place) * B + side;
   }
+  // B tiles side by side step by step, so that they go out as runs.
+  static constexpr int inScratch(int t) { return (t / B * L * B + t % B) * L; }
   OVKS_INLINE static Split<Lane<V>> points(Lane<V>* scratch) { return {scratch, scratch + kTiles * L * L}; }
 };
 

@@ -18,7 +18,8 @@ inline constexpr int kMaxShortOrder = !kAvx512         ? 6
 // Up to here in the caches, through the work buffer.
 template <class T>
 inline constexpr int kMaxInCacheOrder = sizeof(T) == 4 ? 18 : 17;
-// And whether they still hold the points of two arrays.
+
+// Whether the caches hold the source of a transform beside its destination. Of larger ones they hold but one.
 template <class T>
 constexpr bool cachesHoldTwo(int order) {
   return order <= kMaxInCacheOrder<T> + 1;
