@@ -37,9 +37,7 @@ struct Places {
   }
   std::ptrdiff_t rowStep() const { return m / L / (kSplit ? 2 : 1); }
   // Where the points wait.
-  OVKS_INLINE static auto waiting(Lane<V>* scratch, int t) {
-    return to<V>(points(scratch), inScratch(t), B * L);
-  }
+  OVKS_INLINE static auto waiting(Lane<V>* scratch, int t) { return to<V>(points(scratch), inScratch(t), B * L); }
   // A part of those goes out: into one of two arrays at a time.
   OVKS_INLINE void release(std::ptrdiff_t place, int t, Lane<V>* scratch) const {
     constexpr int kSteps = L / B * (kSplit ? 2 : 1);
