@@ -68,6 +68,18 @@ OVKS_INLINE void butterflies(In in, std::ptrdiff_t inStep, Out out, std::ptrdiff
   }
 }
 
+// The same in place.
+template <Direction D, int R, class RowSet>
+OVKS_INLINE void butterflies(RowSet rows, std::ptrdiff_t step, std::ptrdiff_t n,
+                             const Lane<typename RowSet::Vector>* w) {
+  using V = typename RowSet::Vector;
+  for (; n > 0; --n, rows = rows.from(1)) {
+    const Strided<R, RowSet> at(rows, step);
+    butterflyOfRows<D, R, true, V>(
+        at, w, [&](auto row, Complex<V> x) __attribute__((always_inline)) { at(row).put(0, x); });
+  }
+}
+
 // The first pass, from the caller's points into m rows.
 template <Direction D, int R, class In, class Out>
 [[gnu::noinline]] void firstPass(In in, Out out, std::ptrdiff_t m) {
@@ -79,11 +91,10 @@ template <Direction D, int R, class RowSet>
 [[gnu::noinline]] void blocksPass(RowSet rows, std::ptrdiff_t m, std::ptrdiff_t blocks,
                                   const Lane<typename RowSet::Vector>* w) {
   if (m == R) {
-    for (std::ptrdiff_t b = 0; b < blocks; ++b, w += 2 * (R - 1), rows = rows.from(R))
-      butterflies<D, R, true>(rows, 1, rows, 1, 1, w);
+    for (std::ptrdiff_t b = 0; b < blocks; ++b, w += 2 * (R - 1), rows = rows.from(R)) butterflies<D, R>(rows, 1, 1, w);
   } else {
     for (std::ptrdiff_t b = 0; b < blocks; ++b, w += 2 * (R - 1), rows = rows.from(m))
-      butterflies<D, R, true>(rows, m / R, rows, m / R, m / R, w);
+      butterflies<D, R>(rows, m / R, m / R, w);
   }
 }
 

@@ -12,9 +12,7 @@ inline constexpr int kMaxOrder = 28;
 inline constexpr int kMaxSmallOrder = 6;
 // Up to here one straight-line kernel each.
 template <class T>
-inline constexpr int kMaxShortOrder = !kAvx512         ? 6
-                                      : sizeof(T) == 4 ? 8
-                                                       : 7;
+inline constexpr int kMaxShortOrder = sizeof(T) == 4 ? 8 : 7;
 // Up to here in the caches, through the work buffer.
 template <class T>
 inline constexpr int kMaxInCacheOrder = sizeof(T) == 4 ? 18 : 17;
@@ -67,10 +65,10 @@ constexpr int partBits(int order) {
   return p.bits[0] + p.bits[1] + p.bits[2];
 }
 
-// After the outer ones of radix 8 as far as may be. AVX-512 has registers enough for radix 16, which goes last: where
-// rows stand a page apart, their lines share a set of the first cache, and 16 rows are more than it holds. For the same
-// reason a first pass with such strides, which reads one array and writes another, is of radix 4. It is for 16 rows,
-// too, where a single butterfly of radix 16 would have to finish alone.
+// After the outer ones of radix 8 as far as may be. Where rows stand a page apart, their lines share a set of the first
+// cache, so a first pass with such strides, which reads one array and writes another, is of radix 4. AVX-512 has
+// registers enough for radix 16, which goes last for the same reason. For 16 rows the first pass is of radix 4, too: a
+// single butterfly of radix 16 would have to finish alone.
 template <class T>
 constexpr Passes choosePasses(int order) {
   constexpr int kPageRows = 4096 / (2 * kVectorBytes);
@@ -80,13 +78,13 @@ constexpr Passes choosePasses(int order) {
     p.add(b);
     bits -= b;
   };
+  if (p.count == 0 && (1 << bits) / 8 >= kPageRows) take(2);
   if (!kAvx512) {
     while (bits % 3 != 0 && bits >= 2) take(2);
     while (bits > 0) take(3);
     return p;
   }
   if (p.count == 0 && (bits == 4 || (bits == 5 && sizeof(T) == 4))) take(2);
-  else if (p.count == 0 && (1 << bits) / 8 >= kPageRows) take(2);
   const int sixteens = bits == 4 || bits >= 7 ? bits % 3 : 0;
   while (bits - 4 * sixteens >= 3) take(3);
   while (bits >= 4) take(4);

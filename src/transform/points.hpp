@@ -34,7 +34,11 @@ template <int n, class Access>
 class Strided {
  public:
   OVKS_INLINE Strided(Access first, std::ptrdiff_t step) : step_(step) {
-    unroll<kFourths>([&](auto g) __attribute__((always_inline)) { hide(fourths_[g] = first.from(4 * g * step)); });
+    unroll<kFourths>([&](auto g) __attribute__((always_inline)) {
+      Access fourth = first.from(4 * g * step);
+      hide(fourth);  // Hidden in the array, each would be stored to memory.
+      fourths_[g] = fourth;
+    });
   }
   template <int i>
   OVKS_INLINE Access operator()(Index<i>) const {

@@ -68,9 +68,14 @@ void splitSpectrum(const Spec<T>& spec, T* p) {
   p[1] = a - b;
 }
 
+// From here on the forward half is taken in the split; shorter transforms of the pairs have it in their factor. With
+// AVX2 the kernel of 256 points has no registers left for one.
+template <class T>
+inline constexpr int kMinSplitHalfOrder = kAvx512 ? kMaxShortOrder<T> + 1 : 8;
+
 template <class Layout, class T>
 void realForward(const Spec<T>& spec, const T* src, T* dst, T* work) {
-  if (spec.order - 1 > kMaxShortOrder<T>) {
+  if (spec.order - 1 >= kMinSplitHalfOrder<T>) {
     transformPairs<Direction::forward>(spec, src, dst, work, spec.scaleForward != 0, spec.factor);
     splitSpectrum<true>(spec, dst);
   } else {

@@ -7,10 +7,6 @@
 
 namespace ovks::fft {
 
-// exp(-2 pi i k / 2^order)
-template <class T, int order, int k>
-inline constexpr Complex<T> kTwiddle = UnitCircle<T>(kQuarterWave<T>.sine, kConstantOrder, order)(k);
-
 // Points 0 ... n/2 of the spectrum of n = 2^order reals a step apart, from the spectra of the even and the odd ones.
 template <int order, int step, class T>
 OVKS_INLINE void realSpectrum(const T* src, Complex<T>* spectrum) {

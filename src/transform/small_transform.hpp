@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The complex transforms of up to 64 points, 128 (64f) or 256 (32f) with AVX-512: one straight-line kernel each, no
-// tables of the specification, no buffer.
+// The complex transforms of up to 256 points (32f) or 128 (64f): one straight-line kernel each, no tables of the
+// specification, no buffer.
 #pragma once
 
 #include "transform/passes.hpp"
@@ -31,16 +31,42 @@ struct SmallTwiddles {
 template <class T, int order, int L, class Order>
 inline constexpr SmallTwiddles<T, order, L, Order> kSmallTwiddles;
 
-// N = R rows of L lanes, all in registers.
+// exp(-2 pi i k / 2^order)
+template <class T, int order, int k>
+inline constexpr Complex<T> kTwiddle = UnitCircle<T>(kQuarterWave<T>.sine, kConstantOrder, order)(k);
+
+// Four by eight.
+template <Direction D, class In, class Out>
+OVKS_INLINE void transform32(In in, Out out) {
+  using X = decltype(in(Index<0>{}));
+  using V = decltype(X::re);
+  X x[32];
+  unroll<8>([&](auto j) __attribute__((always_inline)) {
+    transform4<D>(
+        [&](auto i) __attribute__((always_inline)) { return in(Index<j + 8 * i>{}); },
+        [&](auto k, X v) __attribute__((always_inline)) {
+          constexpr Complex<Scalar<V>> w = kTwiddle<Scalar<V>, 5, j * k>;
+          x[8 * k + j] = j * k == 0 ? v : turn<D>(v, splat<V>(w.re), splat<V>(w.im));
+        });
+  });
+  unroll<4>([&](auto k) __attribute__((always_inline)) {
+    transform8<D>(
+        [&](auto j) __attribute__((always_inline)) { return x[8 * k + j]; },
+        [&](auto q, X v) __attribute__((always_inline)) { out(Index<k + 4 * q>{}, v); });
+  });
+}
+
+// N = R rows of L lanes, in registers as far as there are.
 template <Direction D, int order, int L, class T, class Points, class Out>
 OVKS_INLINE void rowsTransform(Points src, Out out) {
   using V = Vec<T, L>;
   using Order = typename Points::Order;
   constexpr int R = (1 << order) / L;
   Complex<V> x[R];
-  butterfly<D, R>(
-      [&](auto j) __attribute__((always_inline)) { return src.template get<V>(j * L); },
-      [&](auto k, Complex<V> v) __attribute__((always_inline)) { x[k] = v; });
+  const auto row = [&](auto j) __attribute__((always_inline)) { return src.template get<V>(j * L); };
+  const auto put = [&](auto k, Complex<V> v) __attribute__((always_inline)) { x[k] = v; };
+  if constexpr (R == 32) transform32<D>(row, put);
+  else butterfly<D, R>(row, put);
   unroll<R / L>([&](auto g) __attribute__((always_inline)) {
     acrossLanes<D, Order, V>(
         [&](auto r, auto s) __attribute__((always_inline)) {
