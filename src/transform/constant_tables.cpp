@@ -37,7 +37,7 @@ inline constexpr ConstantTables<Table, T, first, last - first + 1> kConstantTabl
 
 template <class T>
 const T* constantTwiddles(int order) {
-  constexpr int kFirst = kMaxShortOrder<T> + 1;
+  constexpr int kFirst = kMinPassesOrder<T>;
   return kConstantTables<ConstantTwiddles, T, kFirst, kMaxConstantOrder>.ofOrder[order - kFirst];
 }
 template <class T>

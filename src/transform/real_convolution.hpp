@@ -10,7 +10,7 @@ namespace ovks::fft {
 // Whether it takes N = 2^order reals.
 template <class T>
 constexpr bool convolvesReals(int order) {
-  return order - 1 > kMaxShortOrder<T> && order - 1 <= kMaxInCacheOrder<T>;
+  return order - 1 >= kMinPassesOrder<T> && order - 1 <= kMaxInCacheOrder<T>;
 }
 
 template <class T>
