@@ -96,18 +96,21 @@ void inPanels(const Job<Lane<V>>& job, const PanelPlan<Lane<V>>& plan, Points sr
     firstSweep<D, byRows, V>(job, plan, src, rowsOut, inPlace);
     secondSweep<D, byRows, V>(job, plan, rows, pointsOut, inPlace);
   };
-  // Half of the points at least half of the cache: it does not hold them from one sweep to the next. What comes from
-  // memory is asked for row by row, so that a row's page is opened once; of two arrays whose lines come from the third
-  // cache, a vector of many rows at a time takes less long.
-  constexpr bool oneArray = std::is_same_v<Points, Interleaved<Lane<V>>>;
-  if (!exceedsCache(int64_t{sizeof(Lane<V>)} << job.order)) {
-    sweep.template operator()<oneArray>(rows, dst);
-  } else if (isAligned<V>(dst)) {
-    sweep.template operator()<true>(pastCaches(rows), pastCaches(dst));
-    _mm_sfence();
-  } else {
-    sweep.template operator()<true>(rows, dst);
+  if constexpr (kAvx512) {
+    if (exceedsCache(int64_t{sizeof(Lane<V>)} << job.order)) {
+      // Half of the points at least half of the cache: it does not hold them from one sweep to the next. Results go
+      // past it, but not with AVX2, whose vectors are half a line.
+      if (isAligned<V>(dst)) {
+        sweep.template operator()<true>(pastCaches(rows), pastCaches(dst));
+        return _mm_sfence();
+      }
+    } else if constexpr (std::is_same_v<Points, Split<Lane<V>>>) {
+      // Lines of two arrays come from the third cache sooner a vector of many rows at a time.
+      return sweep.template operator()<false>(rows, dst);
+    }
   }
+  // Asked for row by row, as a row's page is then opened once.
+  sweep.template operator()<true>(rows, dst);
 }
 
 // src and dst may be the same.
