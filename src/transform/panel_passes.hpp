@@ -103,7 +103,8 @@ template <Direction D, class Order, class V, class Source, class Out>
   const std::ptrdiff_t step = plan.vectors1 * plan.wide;
   for (std::ptrdiff_t t = 0; t < plan.vectors1; ++t) {
     const std::ptrdiff_t tile = reversedBits(job.bitReversal, job.order, t, plan.bits1 - kLaneBits);
-    const Strided<L, Rows<V>> rows(panel.from(tile * plan.wide + v), step);
+    Strided<L, Rows<V>> rows(panel.from(tile * plan.wide + v), step);
+    keepInMemory(rows);  // The addresses written to take all registers.
     const auto row = [&](auto r) __attribute__((always_inline)) {
       return rows(Index<bitReversed(Order::template lane<V>(r), kLaneBits)>{});
     };

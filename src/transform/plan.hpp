@@ -13,7 +13,7 @@ inline constexpr int kMaxSmallOrder = 6;
 // Up to here one straight-line kernel each.
 template <class T>
 inline constexpr int kMaxShortOrder = sizeof(T) == 4 ? 8 : 7;
-// From here on there are passes and tables for them, which convolution takes also where kernels are faster by themselves.
+// From here on there are passes and tables for them. Convolution takes them also where a kernel by itself is faster.
 template <class T>
 inline constexpr int kMinPassesOrder = (kAvx512 ? kMaxShortOrder<T> : kMaxSmallOrder) + 1;
 // Up to here in the caches, through the work buffer.

@@ -28,6 +28,11 @@ OVKS_INLINE void hide(TwoArrays<T>& a) {
   asm("" : "+r"(a.re), "+r"(a.im));
 }
 
+template <class T>
+OVKS_INLINE void keepInMemory(T& x) {
+  asm("" : "+m"(x));
+}
+
 // n places a step apart. Left to itself, the compiler keeps an address for each and runs out of registers; from every
 // fourth the next three are within reach of an instruction's own address arithmetic.
 template <int n, class Access>
