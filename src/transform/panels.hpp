@@ -120,7 +120,7 @@ void inPanels(const Job<Lane<V>>& job, Points src, Points dst) {
   constexpr bool twoArrays = std::is_same_v<Points, Split<T>>;
   const PanelPlan<T> plan(job.order, twoArrays);
   if constexpr (twoArrays) {
-    // With AVX2 it takes less time only in place.
+    // Rows between the sweeps then alternate. With AVX2 that takes less time only in place.
     if ((kAvx512 || haveSameArray(src, dst)) && (sharePageOffset(src) || sharePageOffset(dst))) {
       // A panel's room is the same in rows of either kind, as its rows are of even numbers of vectors.
       static_assert(kPanelRowBytes / (2 * kVectorBytes) % 2 == 0);

@@ -55,6 +55,13 @@ OVKS_INLINE void butterflyOfRows(const From& from, const Lane<V>* w, Put put) {
       [&](auto k, Complex<V> x) __attribute__((always_inline)) { put(Index<bitReversed(k, log2OfPower(R))>{}, x); });
 }
 
+// The same with twiddles, results going where the points are.
+template <Direction D, int R, class V, class At>
+OVKS_INLINE void butterflyInPlace(const At& at, const Lane<V>* w) {
+  butterflyOfRows<D, R, true, V>(
+      at, w, [&](auto row, Complex<V> x) __attribute__((always_inline)) { at(row).put(0, x); });
+}
+
 // n butterflies side by side, of rows inStep apart, to rows outStep apart.
 template <Direction D, int R, bool twiddles, class In, class Out>
 OVKS_INLINE void butterflies(In in, std::ptrdiff_t inStep, Out out, std::ptrdiff_t outStep, std::ptrdiff_t n,
@@ -72,12 +79,8 @@ OVKS_INLINE void butterflies(In in, std::ptrdiff_t inStep, Out out, std::ptrdiff
 template <Direction D, int R, class RowSet>
 OVKS_INLINE void butterflies(RowSet rows, std::ptrdiff_t step, std::ptrdiff_t n,
                              const Lane<typename RowSet::Vector>* w) {
-  using V = typename RowSet::Vector;
-  for (; n > 0; --n, rows = rows.from(1)) {
-    const Strided<R, RowSet> at(rows, step);
-    butterflyOfRows<D, R, true, V>(
-        at, w, [&](auto row, Complex<V> x) __attribute__((always_inline)) { at(row).put(0, x); });
-  }
+  for (; n > 0; --n, rows = rows.from(1))
+    butterflyInPlace<D, R, typename RowSet::Vector>(Strided<R, RowSet>(rows, step), w);
 }
 
 // The first pass, from the caller's points into m rows.
@@ -102,11 +105,8 @@ template <Direction D, int R, class RowSet>
 template <Direction D, int R, class V>
 [[gnu::noinline]] void blocksPass(AlternatingRows<V> rows, std::ptrdiff_t m, std::ptrdiff_t blocks, const Lane<V>* w) {
   if (m == R) {
-    for (std::ptrdiff_t b = 0; b < blocks; ++b, w += 2 * (R - 1), rows = rows.from(Even{R})) {
-      const Neighbours<R, V> block(rows);
-      butterflyOfRows<D, R, true, V>(
-          block, w, [&](auto row, Complex<V> x) __attribute__((always_inline)) { block(row).put(0, x); });
-    }
+    for (std::ptrdiff_t b = 0; b < blocks; ++b, w += 2 * (R - 1), rows = rows.from(Even{R}))
+      butterflyInPlace<D, R, V>(Neighbours<R, V>(rows), w);
   } else {
     for (const int turn : {0, 1}) blocksPass<D, R>(rows.ofTurn(turn), m / 2, blocks, w);
   }

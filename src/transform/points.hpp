@@ -28,6 +28,7 @@ OVKS_INLINE void hide(TwoArrays<T>& a) {
   asm("" : "+r"(a.re), "+r"(a.im));
 }
 
+// Leaves the registers to others.
 template <class T>
 OVKS_INLINE void keepInMemory(T& x) {
   asm("" : "+m"(x));
