@@ -17,6 +17,11 @@ struct ConstantSplitTwiddles {
   alignas(64) T table[1 << (order - 1)];
   constexpr ConstantSplitTwiddles() : table{} { makeSplitTwiddles(table, kQuarterWave<T>.sine, kConstantOrder, order); }
 };
+template <class T, int order>
+struct ConstantRealTiles {
+  alignas(64) T table[1 << (order - 1)];
+  constexpr ConstantRealTiles() : table{} { makeRealTiles(table, kQuarterWave<T>.sine, kConstantOrder, order); }
+};
 
 // The constant tables of orders from first on.
 template <template <class, int> class Table, class T, int first, int n>
@@ -45,10 +50,17 @@ const T* constantSplitTwiddles(int order) {
   constexpr int kFirst = kMaxSmallRealOrder + 1;
   return kConstantTables<ConstantSplitTwiddles, T, kFirst, kMaxConstantSplitOrder>.ofOrder[order - kFirst];
 }
+template <class T>
+const T* constantRealTiles(int order) {
+  constexpr int kFirst = kMaxShortOrder<T> + 2;
+  return kConstantTables<ConstantRealTiles, T, kFirst, kMaxConstantSplitOrder>.ofOrder[order - kFirst];
+}
 
 template const float* constantTwiddles(int);
 template const double* constantTwiddles(int);
 template const float* constantSplitTwiddles(int);
 template const double* constantSplitTwiddles(int);
+template const float* constantRealTiles(int);
+template const double* constantRealTiles(int);
 
 }  // namespace ovks::fft

@@ -11,7 +11,10 @@ inline constexpr int kMaxConstantOrder = 10, kMaxConstantSplitOrder = 11;
 template <class T>
 const T* constantTwiddles(int order);
 
+// Of real transforms.
 template <class T>
 const T* constantSplitTwiddles(int order);
+template <class T>
+const T* constantRealTiles(int order);
 
 }  // namespace ovks::fft

@@ -64,6 +64,14 @@ const T* splitTwiddlesOf(T* area, const T* sine, int sineOrder, int order) {
 }
 
 template <class T>
+const T* realTilesOf(T* area, const T* sine, int sineOrder, int order) {
+  if (!closesReals<T>(order)) return nullptr;
+  if (order <= kMaxConstantSplitOrder) return constantRealTiles<T>(order);
+  makeRealTiles(area, sine, sineOrder, order);
+  return area;
+}
+
+template <class T>
 void makeTables(Spec<T>& spec, const Sizes& sizes, Kind kind, const T* sine, int sineOrder) {
   const int order = spec.order - (kind == Kind::real);
   auto* p = reinterpret_cast<uint8_t*>(&spec) + aligned(int64_t{kHeaderBytes});
@@ -74,7 +82,10 @@ void makeTables(Spec<T>& spec, const Sizes& sizes, Kind kind, const T* sine, int
     spec.twiddles = twiddlesOf(reinterpret_cast<T*>(p + sizes.bitReversal), kind, sine, sineOrder, order);
     p += sizes.bitReversal + sizes.twiddles;
   }
-  if (sizes.split > 0) spec.splitTwiddles = splitTwiddlesOf(reinterpret_cast<T*>(p), sine, sineOrder, spec.order);
+  if (sizes.split > 0) {
+    spec.splitTwiddles = splitTwiddlesOf(reinterpret_cast<T*>(p), sine, sineOrder, spec.order);
+    spec.realTiles = realTilesOf(reinterpret_cast<T*>(p + sizes.split), sine, sineOrder, spec.order);
+  }
 }
 
 template <class T, Kind kind, class Object>

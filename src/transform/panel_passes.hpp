@@ -38,8 +38,8 @@ inline constexpr int kRowsAhead = 4;
 
 // Every so many vectors of each row take the columns' first pass, from memory into a panel.
 template <Direction D, int R, int every, class Source, class V>
-[[gnu::noinline]] void panelPass(Source source, std::ptrdiff_t rows, std::ptrdiff_t wide,
-                                 std::ptrdiff_t firstVector, Rows<V> panel) {
+[[gnu::noinline]] void panelPass(Source source, std::ptrdiff_t rows, std::ptrdiff_t wide, std::ptrdiff_t firstVector,
+                                 Rows<V> panel) {
   constexpr std::ptrdiff_t L = lanes<V>;
   const std::ptrdiff_t n = rows / R;
   for (std::ptrdiff_t i = 0; i < n; ++i) {

@@ -129,6 +129,12 @@ struct Interleaved : OneArray<T> {
     write<via>(p + 2 * i, shuffle2<detail::PointsHalf<From, 0>>(x.re, x.im));
     write<via>(p + 2 * i + lanes<V>, shuffle2<detail::PointsHalf<From, 1>>(x.re, x.im));
   }
+  // The last point first.
+  template <class V>
+  OVKS_INLINE void putReversed(std::ptrdiff_t i, Complex<V> x) const {
+    write<via>(p + 2 * i, reversedPoints(shuffle2<detail::PointsHalf<Order, 1>>(x.re, x.im)));
+    write<via>(p + 2 * i + lanes<V>, reversedPoints(shuffle2<detail::PointsHalf<Order, 0>>(x.re, x.im)));
+  }
   template <class V>
   OVKS_INLINE void prefetch(std::ptrdiff_t i) const {
     __builtin_prefetch(p + 2 * i, 0, 2);

@@ -49,12 +49,29 @@ struct SplitTwiddleProducts {
   }
 };
 
-// p + q or half of it, which does not exceed the largest number where the sum would.
-template <bool half, class V>
-OVKS_INLINE V sum(V p, V q) {
-  if constexpr (!half) return p + q;
-  const V h = splat<V>(Lane<V>(0.5));
-  return fma(q, h, p * h);
+// p + q, and a multiple of it, which does not exceed the largest number where the sum would.
+struct PlainSum {
+  template <class V>
+  OVKS_INLINE V operator()(V p, V q) const {
+    return p + q;
+  }
+};
+template <class V>
+struct ScaledSum {
+  V factor;
+
+  OVKS_INLINE V operator()(V p, V q) const { return fma(q, factor, p * factor); }
+};
+
+// Of x and y, A = x + conj y, or B = x - conj y for odd elements.
+template <bool odd, class V, class Sum>
+OVKS_INLINE Complex<V> part(Complex<V> x, Complex<V> y, Sum sum) {
+  if constexpr (odd) return {sum(x.re, -y.re), sum(x.im, y.im)};
+  else return {sum(x.re, y.re), sum(x.im, -y.im)};
+}
+template <class V>
+OVKS_INLINE Complex<V> conjDifference(Complex<V> a, Complex<V> b) {
+  return {a.re - b.re, b.im - a.im};
 }
 
 // Pairs m and h - m for 1 <= m <= h / 2 from src to dst, which may be the same; the middle one is its own partner, and
@@ -62,16 +79,19 @@ OVKS_INLINE V sum(V p, V q) {
 template <Direction D, bool half, class V, class Twiddles>
 [[gnu::noinline]] void splitPairs(const Lane<V>* src, Lane<V>* dst, std::ptrdiff_t h, Twiddles twiddles) {
   constexpr int L = lanes<V>;
+  const Interleaved<const Lane<V>> from = {src};
+  const Interleaved<Lane<V>> to = {dst};
+  const auto sum = [] {
+    if constexpr (half) return ScaledSum<V>{splat<V>(Lane<V>(0.5))};
+    else return PlainSum{};
+  }();
   for (std::ptrdiff_t i = 0; i < h / 2; i += L) {
     const std::ptrdiff_t m = 1 + i, mirrored = h - i - L;
-    const Interleaved<const Lane<V>> from = {src};
-    const Interleaved<Lane<V>> to = {dst};
     const Complex<V> x = from.template get<V>(m), y = reversed(from.template get<V>(mirrored));
-    const Complex<V> a = {sum<half>(x.re, y.re), sum<half>(x.im, -y.im)};
-    const Complex<V> b = {sum<half>(x.re, -y.re), sum<half>(x.im, y.im)};
+    const Complex<V> a = part<false>(x, y, sum), b = part<true>(x, y, sum);
     const Complex<V> t = twiddles.at(i), tb = turn<D>(b, t.re, t.im);
     to.put(m, a + tb);
-    to.put(mirrored, reversed(Complex<V>{a.re - tb.re, tb.im - a.im}));
+    to.put(mirrored, reversed(conjDifference(a, tb)));
   }
 }
 

@@ -4,7 +4,7 @@
 
 #include "transform/complex_transform.hpp"
 #include "transform/packed_layout.hpp"
-#include "transform/real_split.hpp"
+#include "transform/real_closing_pass.hpp"
 #include "transform/small_transform.hpp"
 
 namespace ovks::fft {
@@ -50,13 +50,19 @@ void moveUp(T* p, std::ptrdiff_t n) {
   for (; n > 0; --n) p[n] = p[n - 1];
 }
 
+template <class Layout, class T>
+void putEnds(T* p, std::ptrdiff_t n, Ends<T> ends) {
+  p[0] = ends.zero;
+  p[Layout::half(n)] = ends.half;
+  if constexpr (std::is_same_v<Layout, CcsLayout>) p[1] = p[n + 1] = 0;
+}
+
 // From the Perm layout, in place.
 template <class Layout, class T>
 void packSpectrum(T* p, std::ptrdiff_t n) {
-  const T half = p[1];
+  const Ends<T> ends = {p[0], p[1]};
   if constexpr (std::is_same_v<Layout, PackLayout>) moveDown(p + 2, n - 2);
-  p[Layout::half(n)] = half;
-  if constexpr (std::is_same_v<Layout, CcsLayout>) p[1] = p[n + 1] = 0;
+  putEnds<Layout>(p, n, ends);
 }
 
 // Into the Perm layout: of the pairs' spectrum, or of half of it.
@@ -73,8 +79,28 @@ void splitSpectrum(const Spec<T>& spec, T* p) {
 template <class T>
 inline constexpr int kMinSplitHalfOrder = kAvx512 ? kMaxShortOrder<T> + 1 : 8;
 
+// All passes over the pairs, the last of which leaves the spectrum.
+template <class Layout, class T>
+void transformAndClose(const Spec<T>& spec, const T* src, T* dst, T* work) {
+  using V = Vec<T>;
+  const int order = spec.order - 1;
+  const std::ptrdiff_t m = (std::ptrdiff_t{1} << order) / lanes<V>;
+  const Interleaved<T> from = {const_cast<T*>(src)}, to = {dst + Layout::kShift};
+  const T* const columns = spec.twiddles + TwiddleLayout<T>(order).columns;
+  const Rows<V> rows = transformColumns<Direction::forward, V>(order, columns, from, work);
+  const T half = static_cast<T>(0.5), factor = spec.scaleForward ? spec.factor * half : half;
+  const auto close = [&](auto tiles) {
+    return closingPassOfReals(rows, to, m, tiles, SplitTwiddles<V>{spec.splitTwiddles}, spec.bitReversal, factor);
+  };
+  const Ends<T> ends = order < kMinProductsOrder<T>
+                           ? close(TileTwiddles<V>{spec.realTiles})
+                           : close(TileTwiddleProducts<V>{productsIn(spec.twiddles, order).tiles, spec.realTiles});
+  putEnds<Layout>(dst, std::ptrdiff_t{1} << spec.order, ends);
+}
+
 template <class Layout, class T>
 void realForward(const Spec<T>& spec, const T* src, T* dst, T* work) {
+  if (closesReals<T>(spec.order)) return transformAndClose<Layout>(spec, src, dst, work);
   if (spec.order - 1 >= kMinSplitHalfOrder<T>) {
     transformPairs<Direction::forward>(spec, src, dst, work, spec.scaleForward != 0, spec.factor);
     splitSpectrum<true>(spec, dst);

@@ -38,7 +38,7 @@ struct Spec {
   int32_t reserved;
   const int32_t* bitReversal;
   const T* twiddles;
-  const T* splitTwiddles;  // of real transforms
+  const T *splitTwiddles, *realTiles;  // of real transforms
 };
 static_assert(sizeof(Spec<double>) <= kHeaderBytes);
 

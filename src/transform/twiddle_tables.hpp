@@ -3,7 +3,7 @@
 #pragma once
 
 #include "transform/complex_transform.hpp"
-#include "transform/real_split.hpp"
+#include "transform/real_closing_pass.hpp"
 #include "transform/unit_circle.hpp"
 
 namespace ovks::fft {
@@ -99,6 +99,16 @@ void makePanelTwiddles(T* table, const T* sine, int sineOrder, int order) {
       putPoints<V, InOrder>(coarse, circle, k1, n2);
   makeColumns(table + plan.columns1, sine, sineOrder, plan.passes1);
   makeColumns(table + plan.columns2, sine, sineOrder, plan.passes2);
+}
+
+// Those of rows 1 ... M/2, for the pass that also splits the spectrum of pairs; of products, the first tile's.
+template <class T>
+constexpr void makeRealTiles(T* table, const T* sine, int sineOrder, int order) {
+  using V = Vec<T>;
+  constexpr int L = lanes<V>;
+  const UnitCircle<T> circle(sine, sineOrder, order - 1);
+  const int32_t rows = order - 1 < kMinProductsOrder<T> ? (1 << (order - 1)) / L / 2 : L;
+  for (int32_t k = 0; k < rows; k += L, table += TileTwiddles<V>::kPerTile) makeTile<V, ByChunks>(table, circle, k + 1);
 }
 
 template <class Order, class T>

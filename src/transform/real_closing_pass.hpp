@@ -1,0 +1,184 @@
+// SPDX-License-Identifier: MIT
+// The closing pass of a real signal's pairs and the split of their spectrum in one.
+//
+// In the terms of passes.hpp and real_split.hpp, X[k + M r] and its mirror image X[h - k - M r] need for all r nothing
+// but rows k and M - k of the columns' spectrum. The conjugate of row M - k, turned by the twiddles of row k and
+// transformed across its lanes, is conj Z[h - k - M r]; so the two rows' sum and difference give A[k + M r] and
+// B[k + M r]. Nothing in between goes to the destination and comes back, and both take the same twiddles. As T[m + h/2]
+// is -i T[m], the first half of T will do.
+#pragma once
+
+#include "transform/closing_pass.hpp"
+#include "transform/real_split.hpp"
+#include "transform/small_transform.hpp"
+#include "transform/spec.hpp"
+
+namespace ovks::fft {
+
+// While the pairs' rows are in the work buffer and specifications have room for the tables.
+template <class T>
+constexpr bool closesReals(int order) {
+  return order - 1 > kMaxShortOrder<T> && !splitInTwoLevels<T>(order);
+}
+
+// Rows k = 1 + g L + l for l = 0 ... L - 1, and rows M - k.
+template <class V>
+class RowPairs {
+ public:
+  OVKS_INLINE RowPairs(Rows<V> rows, std::ptrdiff_t m, const int32_t* bitReversal, std::ptrdiff_t g)
+      : tile_(rows.from(reverseTile<V>(bitReversal, g))),
+        next_(rows.from(reverseTile<V>(bitReversal, g + 1))),
+        partner_(rows.from(m / L - 1 - reverseTile<V>(bitReversal, g))),
+        step_(m / L) {}
+
+  // The halves of two rows, and of their partners.
+  template <int l, int s>
+  OVKS_INLINE ComplexHalves<V> halves() const {
+    return row<l>().halves(row<s>());
+  }
+  template <int l, int s>
+  OVKS_INLINE ComplexHalves<V> partnerHalves() const {
+    return partner<l>().halves(partner<s>());
+  }
+
+ private:
+  static constexpr int L = lanes<V>, kBits = log2OfPower(L);
+
+  template <int l>
+  OVKS_INLINE Rows<V> row() const {
+    if constexpr (l == L - 1) return next_;
+    else return tile_.from(bitReversed(l + 1, kBits) * step_);
+  }
+  template <int l>
+  OVKS_INLINE Rows<V> partner() const {
+    return partner_.from(bitReversed(L - 1 - l, kBits) * step_);
+  }
+
+  Rows<V> tile_, next_, partner_;
+  std::ptrdiff_t step_;
+};
+
+// The spectra of even and odd elements, some tiles at a time: each step of them is a run.
+template <class V>
+class PartSpectra {
+ public:
+  static constexpr int kTiles = 4;
+
+  template <bool odd>
+  OVKS_INLINE Complex<V> get(int step, int tile) {
+    return rows<odd>(step, tile).get(0);
+  }
+  template <bool odd>
+  OVKS_INLINE void put(int step, int tile, Complex<V> x) {
+    rows<odd>(step, tile).put(0, x);
+  }
+
+ private:
+  template <bool odd>
+  OVKS_INLINE Rows<V> rows(int step, int tile) {
+    return Rows<V>{points_[odd]}.from(step * kTiles + tile);
+  }
+
+  alignas(64) Lane<V> points_[2][lanes<V> * kTiles * 2 * lanes<V>];
+};
+
+template <bool odd, class V>
+OVKS_INLINE ComplexHalves<V> part(ComplexHalves<V> x, ComplexHalves<V> y, ScaledSum<V> sum) {
+  const Complex<V> low = part<odd>(Complex<V>{x.re.low, x.im.low}, Complex<V>{y.re.low, y.im.low}, sum);
+  const Complex<V> high = part<odd>(Complex<V>{x.re.high, x.im.high}, Complex<V>{y.re.high, y.im.high}, sum);
+  return {{low.re, high.re}, {low.im, high.im}};
+}
+
+// Both parts' spectra of a tile.
+template <class V, class Twiddles>
+OVKS_INLINE void closePairs(RowPairs<V> rows, std::ptrdiff_t g, Twiddles twiddles, ScaledSum<V> sum,
+                            PartSpectra<V>& spectra, int tile) {
+  using Order = ByChunks;
+  ComplexHalves<V> odds[lanes<V>];
+  unroll<2>([&](auto odd) __attribute__((always_inline)) {
+    acrossLanes<Direction::forward, Order, V>(
+        [&](auto r, auto s) __attribute__((always_inline)) {
+          if constexpr (odd) {
+            return odds[r];
+          } else {
+            constexpr int l = Order::template lane<V>(r), k = Order::template lane<V>(s);
+            const ComplexHalves<V> x = rows.template halves<l, k>(), y = rows.template partnerHalves<l, k>();
+            odds[r] = part<true>(x, y, sum);
+            return part<false>(x, y, sum);
+          }
+        },
+        [&](auto l, Complex<V> x) __attribute__((always_inline)) {
+          return twiddles.template turn<Direction::forward, decltype(l)::value>(g, x);
+        },
+        [&](auto r, Complex<V> x) __attribute__((always_inline)) { spectra.template put<odd>(r, tile, x); });
+  });
+}
+
+// X[k + M r] and its mirror image for n tiles and all r, from k = 1 + first on.
+template <class V>
+OVKS_INLINE void joinParts(PartSpectra<V>& spectra, std::ptrdiff_t first, int n, Interleaved<Lane<V>> dst,
+                           std::ptrdiff_t m, SplitTwiddles<V> twiddles) {
+  constexpr int L = lanes<V>;
+  const std::ptrdiff_t h = m * L;
+  for (int r = 0; r < L / 2; ++r) {
+    for (int i = 0; i < n; ++i) {
+      const std::ptrdiff_t k = first + i * L + r * m;
+      const Complex<V> t = twiddles.at(k);
+      unroll<2>([&](auto upper) __attribute__((always_inline)) {
+        const std::ptrdiff_t at = k + upper * (h / 2);
+        const int step = r + upper * (L / 2);
+        const Complex<V> a = spectra.template get<false>(step, i);
+        const Complex<V> b = turn<Direction::forward>(spectra.template get<true>(step, i), t.re, t.im);
+        const Complex<V> tb = upper ? Complex<V>{b.im, -b.re} : b;
+        dst.put(at + 1, a + tb);
+        dst.putReversed(h - at - L, conjDifference(a, tb));
+      });
+    }
+  }
+}
+
+// Those of the spectrum that are real.
+template <class T>
+struct Ends {
+  T zero, half;
+};
+
+// The spectrum at multiples of M, from row 0.
+template <class V, class T = Lane<V>>
+[[gnu::noinline]] Ends<T> closeFirstRow(Rows<V> row, Interleaved<T> dst, std::ptrdiff_t m, T factor) {
+  constexpr int L = lanes<V>;
+  Complex<T> z[L];
+  butterfly<Direction::forward, L>(
+      [&](auto l) __attribute__((always_inline)) {
+        constexpr int lane = ByChunks::template place<V>(l);
+        return Complex<T>{row.p[lane] * factor, row.p[L + lane] * factor};
+      },
+      [&](auto r, Complex<T> x) __attribute__((always_inline)) { z[r] = x; });
+  unroll<L / 2>([&](auto i) __attribute__((always_inline)) {
+    constexpr int r = decltype(i)::value + 1;
+    constexpr Complex<T> w = kTwiddle<T, log2OfPower(2 * L), r>;
+    const Complex<T> a = part<false>(z[r], z[L - r], PlainSum{}), b = part<true>(z[r], z[L - r], PlainSum{});
+    const Complex<T> tb = turn<Direction::forward>(b, w.im, -w.re);
+    dst.set(r * m, a + tb);
+    dst.set((L - r) * m, conjDifference(a, tb));
+  });
+  return {2 * (z[0].re + z[0].im), 2 * (z[0].re - z[0].im)};
+}
+
+// The spectrum, all but its ends, to dst. `factor` is half of what results are multiplied by.
+template <class V, class Twiddles>
+[[gnu::noinline]] Ends<Lane<V>> closingPassOfReals(Rows<V> rows, Interleaved<Lane<V>> dst, std::ptrdiff_t m,
+                                                   Twiddles tiles, SplitTwiddles<V> split, const int32_t* bitReversal,
+                                                   Lane<V> factor) {
+  constexpr int L = lanes<V>;
+  PartSpectra<V> spectra;
+  const ScaledSum<V> sum = {splat<V>(factor)};
+  const int n = static_cast<int>(std::min<std::ptrdiff_t>(m / L / 2, spectra.kTiles));
+  for (std::ptrdiff_t g = 0; g < m / L / 2; g += n) {
+    for (int i = 0; i < n; ++i) closePairs(RowPairs<V>(rows, m, bitReversal, g + i), g + i, tiles, sum, spectra, i);
+    joinParts(spectra, g * L, n, dst, m, split);
+  }
+  return closeFirstRow<V>(rows, dst, m, factor);
+}
+
+}  // namespace ovks::fft
