@@ -65,7 +65,7 @@ const T* splitTwiddlesOf(T* area, const T* sine, int sineOrder, int order) {
 
 template <class T>
 const T* realTilesOf(T* area, const T* sine, int sineOrder, int order) {
-  if (!closesReals<T>(order)) return nullptr;
+  if (!splitInPasses<T>(order)) return nullptr;
   if (order <= kMaxConstantSplitOrder) return constantRealTiles<T>(order);
   makeRealTiles(area, sine, sineOrder, order);
   return area;

@@ -131,6 +131,11 @@ struct Interleaved : OneArray<T> {
   }
   // The last point first.
   template <class V>
+  OVKS_INLINE Complex<V> getReversed(std::ptrdiff_t i) const {
+    const V a = reversedPoints(load<V>(p + 2 * i + lanes<V>)), b = reversedPoints(load<V>(p + 2 * i));
+    return {shuffle2<detail::Parts<Order, 0>>(a, b), shuffle2<detail::Parts<Order, 1>>(a, b)};
+  }
+  template <class V>
   OVKS_INLINE void putReversed(std::ptrdiff_t i, Complex<V> x) const {
     write<via>(p + 2 * i, reversedPoints(shuffle2<detail::PointsHalf<Order, 1>>(x.re, x.im)));
     write<via>(p + 2 * i + lanes<V>, reversedPoints(shuffle2<detail::PointsHalf<Order, 0>>(x.re, x.im)));

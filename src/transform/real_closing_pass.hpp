@@ -1,25 +1,15 @@
 // SPDX-License-Identifier: MIT
 // The closing pass of a real signal's pairs and the split of their spectrum in one.
 //
-// In the terms of passes.hpp and real_split.hpp, X[k + M r] and its mirror image X[h - k - M r] need for all r nothing
-// but rows k and M - k of the columns' spectrum. The conjugate of row M - k, turned by the twiddles of row k and
-// transformed across its lanes, is conj Z[h - k - M r]; so the two rows' sum and difference give A[k + M r] and
-// B[k + M r]. Nothing in between goes to the destination and comes back, and both take the same twiddles. As T[m + h/2]
-// is -i T[m], the first half of T will do.
+// The sum and the difference of row k and the conjugate of row M - k, transformed across their lanes, are A[k + M r]
+// and B[k + M r]. So nothing in between goes to the destination and comes back.
 #pragma once
 
 #include "transform/closing_pass.hpp"
-#include "transform/real_split.hpp"
+#include "transform/real_pairs.hpp"
 #include "transform/small_transform.hpp"
-#include "transform/spec.hpp"
 
 namespace ovks::fft {
-
-// While the pairs' rows are in the work buffer and specifications have room for the tables.
-template <class T>
-constexpr bool closesReals(int order) {
-  return order - 1 > kMaxShortOrder<T> && !splitInTwoLevels<T>(order);
-}
 
 // Rows k = 1 + g L + l for l = 0 ... L - 1, and rows M - k.
 template <class V>
@@ -58,30 +48,6 @@ class RowPairs {
   std::ptrdiff_t step_;
 };
 
-// The spectra of even and odd elements, some tiles at a time: each step of them is a run.
-template <class V>
-class PartSpectra {
- public:
-  static constexpr int kTiles = 4;
-
-  template <bool odd>
-  OVKS_INLINE Complex<V> get(int step, int tile) {
-    return rows<odd>(step, tile).get(0);
-  }
-  template <bool odd>
-  OVKS_INLINE void put(int step, int tile, Complex<V> x) {
-    rows<odd>(step, tile).put(0, x);
-  }
-
- private:
-  template <bool odd>
-  OVKS_INLINE Rows<V> rows(int step, int tile) {
-    return Rows<V>{points_[odd]}.from(step * kTiles + tile);
-  }
-
-  alignas(64) Lane<V> points_[2][lanes<V> * kTiles * 2 * lanes<V>];
-};
-
 template <bool odd, class V>
 OVKS_INLINE ComplexHalves<V> part(ComplexHalves<V> x, ComplexHalves<V> y, ScaledSum<V> sum) {
   const Complex<V> low = part<odd>(Complex<V>{x.re.low, x.im.low}, Complex<V>{y.re.low, y.im.low}, sum);
@@ -89,10 +55,10 @@ OVKS_INLINE ComplexHalves<V> part(ComplexHalves<V> x, ComplexHalves<V> y, Scaled
   return {{low.re, high.re}, {low.im, high.im}};
 }
 
-// Both parts' spectra of a tile.
+// The spectra of even and odd elements of a tile.
 template <class V, class Twiddles>
 OVKS_INLINE void closePairs(RowPairs<V> rows, std::ptrdiff_t g, Twiddles twiddles, ScaledSum<V> sum,
-                            PartSpectra<V>& spectra, int tile) {
+                            SpectrumPairs<V>& parts, int tile) {
   using Order = ByChunks;
   ComplexHalves<V> odds[lanes<V>];
   unroll<2>([&](auto odd) __attribute__((always_inline)) {
@@ -110,13 +76,13 @@ OVKS_INLINE void closePairs(RowPairs<V> rows, std::ptrdiff_t g, Twiddles twiddle
         [&](auto l, Complex<V> x) __attribute__((always_inline)) {
           return twiddles.template turn<Direction::forward, decltype(l)::value>(g, x);
         },
-        [&](auto r, Complex<V> x) __attribute__((always_inline)) { spectra.template put<odd>(r, tile, x); });
+        [&](auto r, Complex<V> x) __attribute__((always_inline)) { parts.template put<odd>(r, tile, x); });
   });
 }
 
 // X[k + M r] and its mirror image for n tiles and all r, from k = 1 + first on.
 template <class V>
-OVKS_INLINE void joinParts(PartSpectra<V>& spectra, std::ptrdiff_t first, int n, Interleaved<Lane<V>> dst,
+OVKS_INLINE void joinParts(SpectrumPairs<V>& parts, std::ptrdiff_t first, int n, Interleaved<Lane<V>> dst,
                            std::ptrdiff_t m, SplitTwiddles<V> twiddles) {
   constexpr int L = lanes<V>;
   const std::ptrdiff_t h = m * L;
@@ -127,21 +93,14 @@ OVKS_INLINE void joinParts(PartSpectra<V>& spectra, std::ptrdiff_t first, int n,
       unroll<2>([&](auto upper) __attribute__((always_inline)) {
         const std::ptrdiff_t at = k + upper * (h / 2);
         const int step = r + upper * (L / 2);
-        const Complex<V> a = spectra.template get<false>(step, i);
-        const Complex<V> b = turn<Direction::forward>(spectra.template get<true>(step, i), t.re, t.im);
-        const Complex<V> tb = upper ? Complex<V>{b.im, -b.re} : b;
+        const Complex<V> a = parts.template get<false>(step, i);
+        const Complex<V> tb = turnPart<Direction::forward, upper>(parts.template get<true>(step, i), t);
         dst.put(at + 1, a + tb);
         dst.putReversed(h - at - L, conjDifference(a, tb));
       });
     }
   }
 }
-
-// Those of the spectrum that are real.
-template <class T>
-struct Ends {
-  T zero, half;
-};
 
 // The spectrum at multiples of M, from row 0.
 template <class V, class T = Lane<V>>
@@ -156,9 +115,8 @@ template <class V, class T = Lane<V>>
       [&](auto r, Complex<T> x) __attribute__((always_inline)) { z[r] = x; });
   unroll<L / 2>([&](auto i) __attribute__((always_inline)) {
     constexpr int r = decltype(i)::value + 1;
-    constexpr Complex<T> w = kTwiddle<T, log2OfPower(2 * L), r>;
     const Complex<T> a = part<false>(z[r], z[L - r], PlainSum{}), b = part<true>(z[r], z[L - r], PlainSum{});
-    const Complex<T> tb = turn<Direction::forward>(b, w.im, -w.re);
+    const Complex<T> tb = turnPart<Direction::forward, false>(b, kStepTwiddle<V, r>);
     dst.set(r * m, a + tb);
     dst.set((L - r) * m, conjDifference(a, tb));
   });
@@ -171,12 +129,12 @@ template <class V, class Twiddles>
                                                    Twiddles tiles, SplitTwiddles<V> split, const int32_t* bitReversal,
                                                    Lane<V> factor) {
   constexpr int L = lanes<V>;
-  PartSpectra<V> spectra;
+  SpectrumPairs<V> parts;
   const ScaledSum<V> sum = {splat<V>(factor)};
-  const int n = static_cast<int>(std::min<std::ptrdiff_t>(m / L / 2, spectra.kTiles));
+  const int n = static_cast<int>(std::min<std::ptrdiff_t>(m / L / 2, parts.kTiles));
   for (std::ptrdiff_t g = 0; g < m / L / 2; g += n) {
-    for (int i = 0; i < n; ++i) closePairs(RowPairs<V>(rows, m, bitReversal, g + i), g + i, tiles, sum, spectra, i);
-    joinParts(spectra, g * L, n, dst, m, split);
+    for (int i = 0; i < n; ++i) closePairs(RowPairs<V>(rows, m, bitReversal, g + i), g + i, tiles, sum, parts, i);
+    joinParts(parts, g * L, n, dst, m, split);
   }
   return closeFirstRow<V>(rows, dst, m, factor);
 }

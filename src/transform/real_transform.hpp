@@ -3,8 +3,10 @@
 #pragma once
 
 #include "transform/complex_transform.hpp"
+#include "transform/natural_order_pass.hpp"
 #include "transform/packed_layout.hpp"
 #include "transform/real_closing_pass.hpp"
+#include "transform/real_opening_pass.hpp"
 #include "transform/small_transform.hpp"
 
 namespace ovks::fft {
@@ -79,9 +81,17 @@ void splitSpectrum(const Spec<T>& spec, T* p) {
 template <class T>
 inline constexpr int kMinSplitHalfOrder = kAvx512 ? kMaxShortOrder<T> + 1 : 8;
 
+// Calls with the tiles' twiddles of passes that include the split.
+template <class T, class Use>
+auto withRealTiles(const Spec<T>& spec, Use use) {
+  const int order = spec.order - 1;
+  if (order < kMinProductsOrder<T>) return use(TileTwiddles<Vec<T>>{spec.realTiles});
+  return use(TileTwiddleProducts<Vec<T>>{productsIn(spec.twiddles, order).tiles, spec.realTiles});
+}
+
 // All passes over the pairs, the last of which leaves the spectrum.
 template <class Layout, class T>
-void transformAndClose(const Spec<T>& spec, const T* src, T* dst, T* work) {
+void forwardPasses(const Spec<T>& spec, const T* src, T* dst, T* work) {
   using V = Vec<T>;
   const int order = spec.order - 1;
   const std::ptrdiff_t m = (std::ptrdiff_t{1} << order) / lanes<V>;
@@ -89,18 +99,31 @@ void transformAndClose(const Spec<T>& spec, const T* src, T* dst, T* work) {
   const T* const columns = spec.twiddles + TwiddleLayout<T>(order).columns;
   const Rows<V> rows = transformColumns<Direction::forward, V>(order, columns, from, work);
   const T half = static_cast<T>(0.5), factor = spec.scaleForward ? spec.factor * half : half;
-  const auto close = [&](auto tiles) {
-    return closingPassOfReals(rows, to, m, tiles, SplitTwiddles<V>{spec.splitTwiddles}, spec.bitReversal, factor);
-  };
-  const Ends<T> ends = order < kMinProductsOrder<T>
-                           ? close(TileTwiddles<V>{spec.realTiles})
-                           : close(TileTwiddleProducts<V>{productsIn(spec.twiddles, order).tiles, spec.realTiles});
+  const SplitTwiddles<V> split = {spec.splitTwiddles};
+  const Ends<T> ends = withRealTiles(
+      spec, [&](auto tiles) { return closingPassOfReals(rows, to, m, tiles, split, spec.bitReversal, factor); });
   putEnds<Layout>(dst, std::ptrdiff_t{1} << spec.order, ends);
+}
+
+// And back.
+template <class Layout, class T>
+void inversePasses(const Spec<T>& spec, const T* src, T* dst, T* work) {
+  using V = Vec<T>;
+  const int order = spec.order - 1;
+  const std::ptrdiff_t n = std::ptrdiff_t{1} << spec.order, m = n / 2 / lanes<V>;
+  const Interleaved<const T> from = {src + Layout::kShift};
+  const Ends<T> ends = {src[0], src[Layout::half(n)]};
+  const Rows<V> rows = {work};
+  withRealTiles(
+      spec, [&](auto tiles) { openingPassOfReals(from, ends, rows, m, tiles, SplitTwiddles<V>{spec.splitTwiddles}); });
+  const T* const columns = spec.twiddles + TwiddleLayout<T>(order).columns;
+  const Job<T> job = {order, columns, spec.bitReversal, work, spec.scaleInverse != 0, spec.factor};
+  transformRowsInOrder<Direction::inverse>(job, rows, Interleaved<T>{dst});
 }
 
 template <class Layout, class T>
 void realForward(const Spec<T>& spec, const T* src, T* dst, T* work) {
-  if (closesReals<T>(spec.order)) return transformAndClose<Layout>(spec, src, dst, work);
+  if (splitInPasses<T>(spec.order)) return forwardPasses<Layout>(spec, src, dst, work);
   if (spec.order - 1 >= kMinSplitHalfOrder<T>) {
     transformPairs<Direction::forward>(spec, src, dst, work, spec.scaleForward != 0, spec.factor);
     splitSpectrum<true>(spec, dst);
@@ -114,6 +137,7 @@ void realForward(const Spec<T>& spec, const T* src, T* dst, T* work) {
 
 template <class Layout, class T>
 void realInverse(const Spec<T>& spec, const T* src, T* dst, T* work) {
+  if (splitInPasses<T>(spec.order)) return inversePasses<Layout>(spec, src, dst, work);
   const std::ptrdiff_t n = std::ptrdiff_t{1} << spec.order;
   const T a = src[0], b = src[Layout::half(n)];
   src += Layout::kShift;

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "transform/complex_transform.hpp"
-#include "transform/real_closing_pass.hpp"
+#include "transform/real_pairs.hpp"
 #include "transform/unit_circle.hpp"
 
 namespace ovks::fft {
@@ -101,7 +101,7 @@ void makePanelTwiddles(T* table, const T* sine, int sineOrder, int order) {
   makeColumns(table + plan.columns2, sine, sineOrder, plan.passes2);
 }
 
-// Those of rows 1 ... M/2, for the pass that also splits the spectrum of pairs; of products, the first tile's.
+// Those of rows 1 ... M/2, for passes of real transforms that include the split; of products, the first tile's.
 template <class T>
 constexpr void makeRealTiles(T* table, const T* sine, int sineOrder, int order) {
   using V = Vec<T>;
