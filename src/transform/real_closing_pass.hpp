@@ -86,20 +86,14 @@ OVKS_INLINE void joinParts(SpectrumPairs<V>& parts, std::ptrdiff_t first, int n,
                            std::ptrdiff_t m, SplitTwiddles<V> twiddles) {
   constexpr int L = lanes<V>;
   const std::ptrdiff_t h = m * L;
-  for (int r = 0; r < L / 2; ++r) {
-    for (int i = 0; i < n; ++i) {
-      const std::ptrdiff_t k = first + i * L + r * m;
-      const Complex<V> t = twiddles.at(k);
-      unroll<2>([&](auto upper) __attribute__((always_inline)) {
-        const std::ptrdiff_t at = k + upper * (h / 2);
-        const int step = r + upper * (L / 2);
+  forSteps(
+      first, n, m,
+      twiddles, [&](auto upper, int step, int i, std::ptrdiff_t at, Complex<V> t) __attribute__((always_inline)) {
         const Complex<V> a = parts.template get<false>(step, i);
         const Complex<V> tb = turnPart<Direction::forward, upper>(parts.template get<true>(step, i), t);
         dst.put(at + 1, a + tb);
         dst.putReversed(h - at - L, conjDifference(a, tb));
       });
-    }
-  }
 }
 
 // The spectrum at multiples of M, from row 0.

@@ -15,21 +15,15 @@ OVKS_INLINE void splitTiles(Interleaved<const Lane<V>> src, std::ptrdiff_t first
                             SplitTwiddles<V> twiddles, SpectrumPairs<V>& spectra) {
   constexpr int L = lanes<V>;
   const std::ptrdiff_t h = m * L;
-  for (int r = 0; r < L / 2; ++r) {
-    for (int i = 0; i < n; ++i) {
-      const std::ptrdiff_t k = first + i * L + r * m;
-      const Complex<V> t = twiddles.at(k);
-      unroll<2>([&](auto upper) __attribute__((always_inline)) {
-        const std::ptrdiff_t at = k + upper * (h / 2);
-        const int step = r + upper * (L / 2);
+  forSteps(
+      first, n, m,
+      twiddles, [&](auto upper, int step, int i, std::ptrdiff_t at, Complex<V> t) __attribute__((always_inline)) {
         const Complex<V> x = src.template get<V>(at + 1), y = src.template getReversed<V>(h - at - L);
         const Complex<V> a = part<false>(x, y, PlainSum{});
         const Complex<V> tb = turnPart<Direction::inverse, upper>(part<true>(x, y, PlainSum{}), t);
         spectra.template put<false>(step, i, a + tb);
         spectra.template put<true>(step, i, conjDifference(a, tb));
       });
-    }
-  }
 }
 
 // Rows 1 + g L ... (g + 1) L and those they mirror.

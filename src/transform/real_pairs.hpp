@@ -53,6 +53,21 @@ OVKS_INLINE Complex<V> turnPart(Complex<V> b, Complex<V> t) {
   else return {-x.im, x.re};
 }
 
+// use(upper, step, i, at, t) for n tiles, each of L rows from k = 1 + first + i L on, and all their steps: X[at + 1] is
+// the first point of a step; t is T there, or h/2 before where `upper` is one.
+template <class V, class Use>
+OVKS_INLINE void forSteps(std::ptrdiff_t first, int n, std::ptrdiff_t m, SplitTwiddles<V> twiddles, Use use) {
+  constexpr int L = lanes<V>;
+  for (int r = 0; r < L / 2; ++r) {
+    for (int i = 0; i < n; ++i) {
+      const std::ptrdiff_t at = first + i * L + r * m;
+      const Complex<V> t = twiddles.at(at);
+      use(Index<0>{}, r, i, at, t);
+      use(Index<1>{}, r + L / 2, i, at + m * L / 2, t);
+    }
+  }
+}
+
 // T for the r-th multiple of M.
 template <class V, int r>
 inline constexpr Complex<Lane<V>> kStepTwiddle = {kTwiddle<Lane<V>, log2OfPower(2 * lanes<V>), r>.im,
