@@ -6,28 +6,38 @@
 
 namespace ovks::fft {
 
+// Rows of a run of points.
+inline constexpr int kRunRows = 512 / (2 * kVectorBytes);
+
+// Whether no order leaves fewer blocks to the last pass than a run has rows.
+template <class T>
+constexpr bool blocksMakeRuns() {
+  for (int order = kMaxShortOrder<T> + 1; order <= kMaxInCacheOrder<T>; ++order) {
+    const Passes& p = passesOf<T>(order);
+    const int lastRadix = 1 << p.bits[p.count - 1];
+    if ((1 << order) / (kLanes<T> * lastRadix) < kRunRows) return false;
+  }
+  return true;
+}
+static_assert(blocksMakeRuns<float>() && blocksMakeRuns<double>());
+
 // Blocks of R rows each. Those that leave neighbours come one after the other, so that runs of points are written.
 template <Direction D, int R, bool scale, class V>
 [[gnu::noinline]] void naturalOrderPass(const Job<Lane<V>>& job, Rows<V> rows, std::ptrdiff_t blocks,
                                         const Lane<V>* twiddles, Interleaved<Lane<V>> dst) {
-  constexpr int L = lanes<V>, kRun = 512 / (2 * sizeof(V)), kRunBits = log2OfPower(kRun);
+  constexpr int L = lanes<V>, kRunBits = log2OfPower(kRunRows);
   const V f = splat<V>(job.factor);
   const int shift = job.order - 1 - log2OfPower(blocks);
-  for (std::ptrdiff_t b = 0; b < blocks / kRun; ++b) {
+  for (std::ptrdiff_t b = 0; b < blocks / kRunRows; ++b) {
     const Strided<R, Interleaved<Lane<V>>> to(dst.from((job.bitReversal[b] >> shift) * L), blocks * L);
-    for (int i = 0; i < kRun; ++i) {
-      const std::ptrdiff_t block = b + bitReversed(i, kRunBits) * (blocks / kRun);
+    for (int i = 0; i < kRunRows; ++i) {
+      const std::ptrdiff_t block = b + bitReversed(i, kRunBits) * (blocks / kRunRows);
       const Strided<R, Rows<V>> from(rows.from(block * R), 1);
       const Lane<V>* const w = twiddles + block * 2 * (R - 1);
-      butterfly<D, R>(
-          [&](auto j) __attribute__((always_inline)) {
-            const Complex<V> x = from(j).get(0);
-            if constexpr (decltype(j)::value > 0) return turnBy<D>(x, w + 2 * (j - 1));
-            else return x;
-          },
-          [&](auto k, Complex<V> x) __attribute__((always_inline)) {
+      butterflyOfRows<D, R, true, V>(
+          from, w, [&](auto row, Complex<V> x) __attribute__((always_inline)) {
             if constexpr (scale) x = {x.re * f, x.im * f};
-            to(k).put(i * L, x);
+            to(Index<bitReversed(row, log2OfPower(R))>{}).put(i * L, x);
           });
     }
   }

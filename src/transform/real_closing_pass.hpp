@@ -7,7 +7,6 @@
 
 #include "transform/closing_pass.hpp"
 #include "transform/real_pairs.hpp"
-#include "transform/small_transform.hpp"
 
 namespace ovks::fft {
 
@@ -48,6 +47,7 @@ class RowPairs {
   std::ptrdiff_t step_;
 };
 
+// Of both halves.
 template <bool odd, class V>
 OVKS_INLINE ComplexHalves<V> part(ComplexHalves<V> x, ComplexHalves<V> y, ScaledSum<V> sum) {
   const Complex<V> low = part<odd>(Complex<V>{x.re.low, x.im.low}, Complex<V>{y.re.low, y.im.low}, sum);

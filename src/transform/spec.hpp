@@ -38,7 +38,8 @@ struct Spec {
   int32_t reserved;
   const int32_t* bitReversal;
   const T* twiddles;
-  const T *splitTwiddles, *realTiles;  // of real transforms
+  const T* splitTwiddles;  // of real transforms
+  const T* realTiles;      // of those whose passes include the split
 };
 static_assert(sizeof(Spec<double>) <= kHeaderBytes);
 
@@ -49,7 +50,7 @@ static_assert(sizeof(Spec<double>) <= kHeaderBytes);
 struct Sizes {
   int64_t bitReversal = 0;  // N/4 + 1 int32
   int64_t twiddles = 0;     // of the complex transform
-  int64_t split = 0;        // real transforms: two tables of this size
+  int64_t split = 0;        // real transforms: splitTwiddles and realTiles, this size each
   int64_t quarterWave = 0;  // N/4 + 1 sines
   int64_t work = 0;
 
