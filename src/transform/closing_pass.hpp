@@ -2,6 +2,7 @@
 // The closing pass: tiles of L rows, transposed, turned and transformed across their lanes, into natural order.
 #pragma once
 
+#include "transform/crowded_sets.hpp"
 #include "transform/passes.hpp"
 
 namespace ovks::fft {
@@ -101,28 +102,8 @@ template <Direction D, bool scale, class V, class Twiddles, class Points>
       });
 }
 
-// Whether a tile's stores into two arrays crowd the sets of the first cache: steps of its spectrum are memory pages
-// apart, or half of one, and both arrays share their offset within pages. Lines then leave before they are written.
-template <class V>
-bool crowdSets(Interleaved<Lane<V>>, std::ptrdiff_t) {
-  return false;
-}
-template <class V>
-bool crowdSets(Split<Lane<V>> dst, std::ptrdiff_t m) {
-  return m * std::ptrdiff_t{2 * sizeof(V)} >= 16 * kPageBytes && sharePageOffset(dst);
-}
-
-// n runs of W vectors that have been held back, to places a step apart.
-template <int n, int W, class V>
-OVKS_INLINE void release(Lane<V>* to, std::ptrdiff_t step, const Lane<V>* held) {
-  for (int i = 0; i < n; ++i)
-    unroll<W>([&](auto t) __attribute__((always_inline)) {
-      store(to + i * step + t * lanes<V>, load<V>(held + (i * W + t) * lanes<V>));
-    });
-}
-
-// Into such arrays, the imaginary parts of several tiles at a time, so that they come as runs: some steps of them with
-// each of the next tiles, as all at once would crowd the sets again.
+// Into arrays that crowd sets, the imaginary parts of several tiles at a time, so that they come as runs: some steps of
+// them with each of the next tiles, as all at once would crowd the sets again.
 inline constexpr int kHeldTiles = 8;
 template <Direction D, bool scale, class V, class Twiddles>
 [[gnu::noinline]] void closingPassHeld(Rows<V> rows, Split<Lane<V>> dst, std::ptrdiff_t m, Twiddles twiddles,

@@ -14,7 +14,7 @@ template <Direction D, class RowSet, class T>
 void blocksPass(int bits, RowSet rows, std::ptrdiff_t m, std::ptrdiff_t blocks, const T* w) {
   if (bits == 2) blocksPass<D, 4>(rows, m, blocks, w);
   else if (bits == 3) blocksPass<D, 8>(rows, m, blocks, w);
-  else blocksPass<D, 16>(rows, m, blocks, w);
+  else if constexpr (kAvx512) blocksPass<D, 16>(rows, m, blocks, w);
 }
 
 template <Direction D, class In, class Out>

@@ -4,6 +4,8 @@
 #pragma once
 
 #include "transform/closing_in_place.hpp"
+#include "transform/natural_order_pass.hpp"
+#include "transform/opening_pass.hpp"
 #include "transform/panels.hpp"
 #include "transform/spec.hpp"
 
@@ -33,7 +35,8 @@ TileTwiddleProducts<Vec<T>> productsIn(const T* twiddles, int order) {
 
 template <Direction D, bool scale, class V, class Twiddles, class Points>
 void close(const Job<Lane<V>>& job, Rows<V> rows, Points dst, std::ptrdiff_t m, Twiddles twiddles) {
-  if constexpr (std::is_same_v<Points, Split<Lane<V>>>)
+  // With AVX2 rows are not so far apart in any that close.
+  if constexpr (kAvx512 && std::is_same_v<Points, Split<Lane<V>>>)
     if (crowdSets<V>(dst, m)) return closingPassHeld<D, scale>(rows, dst, m, twiddles, job.bitReversal, job.factor);
   closingPass<D, scale>(rows, dst, m, twiddles, job.bitReversal, job.factor);
 }
@@ -56,14 +59,26 @@ Rows<V> transformColumns(int order, const Lane<V>* twiddles, Points src, Lane<V>
   return rows;
 }
 
-template <Direction D, class V, class Points>
-void inCache(const Job<Lane<V>>& job, Points src, Points dst) {
+template <Direction D, class V, class Points, class Twiddles>
+void inCache(const Job<Lane<V>>& job, Points src, Points dst, Twiddles tiles) {
   using T = Lane<V>;
   const std::ptrdiff_t m = (std::ptrdiff_t{1} << job.order) / lanes<V>;
   const T* const columns = job.twiddles + TwiddleLayout<T>(job.order).columns;
-  const Rows<V> rows = transformColumns<D, V>(job.order, columns, src, job.work);
-  if (job.order >= kMinProductsOrder<T>) close<D>(job, rows, dst, m, productsIn(job.twiddles, job.order));
-  else close<D>(job, rows, dst, m, TileTwiddles<V>{job.twiddles});
+  if constexpr (kMinLanesFirstOrder<T> <= kMaxInCacheOrder<T>)
+    if (lanesFirst<T>(job.order)) {
+      const Rows<V> rows = {job.work};
+      openingPass<D>(src, rows, m, tiles);
+      return transformRowsInOrder<D>(job, complexPassesOf<T>(job.order), columns, rows, dst);
+    }
+  close<D>(job, transformColumns<D, V>(job.order, columns, src, job.work), dst, m, tiles);
+}
+
+template <Direction D, class V, class Points>
+void inCache(const Job<Lane<V>>& job, Points src, Points dst) {
+  using T = Lane<V>;
+  if constexpr (kMinProductsOrder<T> <= kMaxInCacheOrder<T>)
+    if (job.order >= kMinProductsOrder<T>) return inCache<D, V>(job, src, dst, productsIn(job.twiddles, job.order));
+  inCache<D, V>(job, src, dst, TileTwiddles<V>{job.twiddles});
 }
 
 // What each work buffer of large transforms has room for.

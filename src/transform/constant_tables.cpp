@@ -10,7 +10,10 @@ namespace {
 template <class T, int order>
 struct ConstantTwiddles {
   alignas(64) T table[2 << order];
-  constexpr ConstantTwiddles() : table{} { makeTwiddles<ByChunks>(table, kQuarterWave<T>.sine, kConstantOrder, order); }
+  constexpr ConstantTwiddles() : table{} {
+    static_assert(passesOf<T>(order) == complexPassesOf<T>(order));
+    makeTwiddles<ByChunks>(table, kQuarterWave<T>.sine, kConstantOrder, order, passesOf<T>(order));
+  }
 };
 template <class T, int order>
 struct ConstantSplitTwiddles {

@@ -45,13 +45,13 @@ void setFactor(Spec<T>& spec, int flag) {
 }
 
 template <class T>
-const T* twiddlesOf(T* area, Kind kind, const T* sine, int sineOrder, int order) {
+const T* twiddlesOf(T* area, Kind kind, const T* sine, int sineOrder, int order, const Passes& passes) {
   if (order <= kMaxShortOrder<T>) return nullptr;
   if (kind == Kind::split) {
-    makeTwiddles<InOrder>(area, sine, sineOrder, order);
+    makeTwiddles<InOrder>(area, sine, sineOrder, order, passes);
   } else {
     if (order <= kMaxConstantOrder) return constantTwiddles<T>(order);
-    makeTwiddles<ByChunks>(area, sine, sineOrder, order);
+    makeTwiddles<ByChunks>(area, sine, sineOrder, order, passes);
   }
   return area;
 }
@@ -79,7 +79,9 @@ void makeTables(Spec<T>& spec, const Sizes& sizes, Kind kind, const T* sine, int
     auto* bitReversal = reinterpret_cast<int32_t*>(p);
     makeBitReversal(bitReversal, order);
     spec.bitReversal = bitReversal;
-    spec.twiddles = twiddlesOf(reinterpret_cast<T*>(p + sizes.bitReversal), kind, sine, sineOrder, order);
+    const bool columnsFirst = kind == Kind::real && splitInPasses<T>(spec.order);
+    const Passes& passes = columnsFirst ? passesOf<T>(order) : complexPassesOf<T>(order);
+    spec.twiddles = twiddlesOf(reinterpret_cast<T*>(p + sizes.bitReversal), kind, sine, sineOrder, order, passes);
     p += sizes.bitReversal + sizes.twiddles;
   }
   if (sizes.split > 0) {

@@ -29,6 +29,12 @@ constexpr bool cachesHoldTwo(int order) {
 template <class T>
 inline constexpr int kLanes = kVectorBytes / int{sizeof(T)};
 
+// From here on, up to kMaxInCacheOrder, complex transforms begin across the lanes and end with the columns.
+template <class T>
+inline constexpr int kMinLanesFirstOrder = kAvx512          ? kMaxInCacheOrder<T> + 1
+                                           : sizeof(T) == 4 ? 11
+                                                            : 10;
+
 // From here on most twiddles of the closing pass are products.
 template <class T>
 inline constexpr int kMinProductsOrder = !kAvx512         ? kMaxInCacheOrder<T> + 1
@@ -45,6 +51,7 @@ struct Passes {
   int bits[10] = {};
 
   constexpr void add(int b) { bits[count++] = b; }
+  bool operator==(const Passes&) const = default;
 };
 
 // What the sizes of large transforms' tables go by.
@@ -70,10 +77,10 @@ constexpr int partBits(int order) {
 
 // After the outer ones of radix 8 as far as may be. Where rows stand a page apart, their lines share a set of the first
 // cache, so a first pass with such strides, which reads one array and writes another, is of radix 4. AVX-512 has
-// registers enough for radix 16, which goes last for the same reason. For 16 rows the first pass is of radix 4, too: a
-// single butterfly of radix 16 would have to finish alone.
+// registers enough for radix 16, which goes last for the same reason, as radix 4 does without. For 16 rows the first
+// pass is of radix 4, too: a single butterfly of radix 16 would have to finish alone.
 template <class T>
-constexpr Passes choosePasses(int order) {
+constexpr Passes choosePasses(int order, bool columnsFirst) {
   constexpr int kPageRows = 4096 / (2 * kVectorBytes);
   Passes p = outerPassesOf<T>(order);
   int bits = order - log2OfPower(kLanes<T>) - partBits<T>(order);
@@ -81,10 +88,11 @@ constexpr Passes choosePasses(int order) {
     p.add(b);
     bits -= b;
   };
-  if (p.count == 0 && (1 << bits) / 8 >= kPageRows) take(2);
+  if (columnsFirst && p.count == 0 && (1 << bits) / 8 >= kPageRows) take(2);
   if (!kAvx512) {
-    while (bits % 3 != 0 && bits >= 2) take(2);
-    while (bits > 0) take(3);
+    const int fours = bits % 3 == 0 ? 0 : bits % 3 == 2 ? 1 : 2;
+    while (bits > 2 * fours) take(3);
+    while (bits > 0) take(2);
     return p;
   }
   if (p.count == 0 && (bits == 4 || (bits == 5 && sizeof(T) == 4))) take(2);
@@ -99,26 +107,39 @@ template <class T>
 struct PassTable {
   Passes ofOrder[kMaxOrder + 1];
 
-  constexpr PassTable() : ofOrder{} {
-    for (int order = kMaxSmallOrder + 1; order <= kMaxOrder; ++order) ofOrder[order] = choosePasses<T>(order);
+  constexpr explicit PassTable(bool columnsFirst) : ofOrder{} {
+    for (int order = kMaxSmallOrder + 1; order <= kMaxOrder; ++order)
+      ofOrder[order] = choosePasses<T>(order, columnsFirst);
   }
 };
+template <class T, bool columnsFirst>
+inline constexpr PassTable<T> kPassTable{columnsFirst};
+
+// Whether a complex transform begins across the lanes.
 template <class T>
-inline constexpr PassTable<T> kPassTable;
+constexpr bool lanesFirst(int order) {
+  return order >= kMinLanesFirstOrder<T> && order <= kMaxInCacheOrder<T>;
+}
+
+// Of transforms that begin with them, and of real signals' both ways, which share a table.
+template <class T>
+constexpr const Passes& passesOf(int order) {
+  return kPassTable<T, true>.ofOrder[order];
+}
+// Of complex transforms.
+template <class T>
+constexpr const Passes& complexPassesOf(int order) {
+  return lanesFirst<T>(order) ? kPassTable<T, false>.ofOrder[order] : passesOf<T>(order);
+}
 
 // Whether first passes are of radix 4 or 8.
 template <class T>
 constexpr bool firstPassesAreShort() {
   for (int order = kMaxSmallOrder + 1; order <= kMaxOrder; ++order)
-    if (kPassTable<T>.ofOrder[order].bits[0] > 3) return false;
+    if (passesOf<T>(order).bits[0] > 3 || complexPassesOf<T>(order).bits[0] > 3) return false;
   return true;
 }
 static_assert(firstPassesAreShort<float>() && firstPassesAreShort<double>());
-
-template <class T>
-constexpr const Passes& passesOf(int order) {
-  return kPassTable<T>.ofOrder[order];
-}
 
 // Twiddle sets of a pass that finds `blocks` blocks stand (blocks - R) complex numbers into the columns' table, R being
 // the first pass's radix, which has none: a pass of radix r has (r - 1) for each block and leaves r times as many.

@@ -5,6 +5,7 @@
 // They then stand in natural order, which the passes over columns reverse, so that the last of them leaves points.
 #pragma once
 
+#include "transform/opening_pass.hpp"
 #include "transform/real_pairs.hpp"
 
 namespace ovks::fft {
@@ -28,30 +29,18 @@ OVKS_INLINE void splitTiles(Interleaved<const Lane<V>> src, std::ptrdiff_t first
 
 // Rows 1 + g L ... (g + 1) L and those they mirror.
 template <class V, class Twiddles>
-OVKS_INLINE void openTile(SpectrumPairs<V>& spectra, int tile, std::ptrdiff_t g, Twiddles twiddles, Rows<V> rows,
+OVKS_INLINE void openPair(SpectrumPairs<V>& spectra, int tile, std::ptrdiff_t g, Twiddles twiddles, Rows<V> rows,
                           std::ptrdiff_t m) {
-  using Order = ByChunks;
-  constexpr int L = lanes<V>;
   unroll<2>([&](auto mirrored) __attribute__((always_inline)) {
     // The inverse of a conjugate's transform is the conjugate of the other direction.
     constexpr Direction D = mirrored ? Direction::forward : Direction::inverse;
-    Complex<V> points[L];
-    butterfly<D, L>(
+    openTile<D, ByChunks, V>(
         [&](auto r) __attribute__((always_inline)) { return spectra.template get<mirrored>(r, tile); },
-        [&](auto l, Complex<V> x) __attribute__((always_inline)) {
-          if constexpr (decltype(l)::value == 0) points[l] = x;
-          else points[l] = twiddles.template turn<D, decltype(l)::value>(g, x);
-        });
-    transposed<Order, V>(
-        [&](auto l, auto s) __attribute__((always_inline)) {
-          const Complex<V> a = points[Order::template lane<V>(l)], b = points[Order::template lane<V>(s)];
-          return ComplexHalves<V>{halvesOf(a.re, b.re), halvesOf(a.im, b.im)};
-        },
-        [&](auto row) __attribute__((always_inline)) {
-          unroll<L>([&](auto r) __attribute__((always_inline)) {
-            const std::ptrdiff_t k = 1 + g * L + r;
-            rows.put(mirrored ? m - k : k, row(r));
-          });
+        [&](auto l, Complex<V> x)
+            __attribute__((always_inline)) { return twiddles.template turn<D, decltype(l)::value>(g, x); },
+        [&](auto i, Complex<V> x) __attribute__((always_inline)) {
+          const std::ptrdiff_t k = 1 + g * lanes<V> + i;
+          rows.put(mirrored ? m - k : k, x);
         });
   });
 }
@@ -88,7 +77,7 @@ template <class V, class Twiddles>
   const int n = static_cast<int>(std::min<std::ptrdiff_t>(m / L / 2, spectra.kTiles));
   for (std::ptrdiff_t g = 0; g < m / L / 2; g += n) {
     splitTiles(src, g * L, n, m, split, spectra);
-    for (int i = 0; i < n; ++i) openTile(spectra, i, g + i, tiles, rows, m);
+    for (int i = 0; i < n; ++i) openPair(spectra, i, g + i, tiles, rows, m);
   }
   openFirstRow<V>(src, ends, m, rows);
 }

@@ -85,8 +85,10 @@ inline constexpr int kMinSplitHalfOrder = kAvx512 ? kMaxShortOrder<T> + 1 : 8;
 template <class T, class Use>
 auto withRealTiles(const Spec<T>& spec, Use use) {
   const int order = spec.order - 1;
-  if (order < kMinProductsOrder<T>) return use(TileTwiddles<Vec<T>>{spec.realTiles});
-  return use(TileTwiddleProducts<Vec<T>>{productsIn(spec.twiddles, order).tiles, spec.realTiles});
+  if constexpr (kMinProductsOrder<T> <= kMaxInCacheOrder<T>)
+    if (order >= kMinProductsOrder<T>)
+      return use(TileTwiddleProducts<Vec<T>>{productsIn(spec.twiddles, order).tiles, spec.realTiles});
+  return use(TileTwiddles<Vec<T>>{spec.realTiles});
 }
 
 // All passes over the pairs, the last of which leaves the spectrum.
@@ -117,8 +119,8 @@ void inversePasses(const Spec<T>& spec, const T* src, T* dst, T* work) {
   withRealTiles(
       spec, [&](auto tiles) { openingPassOfReals(from, ends, rows, m, tiles, SplitTwiddles<V>{spec.splitTwiddles}); });
   const T* const columns = spec.twiddles + TwiddleLayout<T>(order).columns;
-  const Job<T> job = {order, columns, spec.bitReversal, work, spec.scaleInverse != 0, spec.factor};
-  transformRowsInOrder<Direction::inverse>(job, rows, Interleaved<T>{dst});
+  const Job<T> job = {order, spec.twiddles, spec.bitReversal, work, spec.scaleInverse != 0, spec.factor};
+  transformRowsInOrder<Direction::inverse>(job, passesOf<T>(order), columns, rows, Interleaved<T>{dst});
 }
 
 template <class Layout, class T>

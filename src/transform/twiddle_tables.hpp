@@ -112,7 +112,7 @@ constexpr void makeRealTiles(T* table, const T* sine, int sineOrder, int order) 
 }
 
 template <class Order, class T>
-constexpr void makeTwiddles(T* table, const T* sine, int sineOrder, int order) {
+constexpr void makeTwiddles(T* table, const T* sine, int sineOrder, int order, const Passes& passes) {
   using V = Vec<T>;
   constexpr int L = lanes<V>;
   if (takesPanels<T>(order)) return makePanelTwiddles<Order>(table, sine, sineOrder, order);
@@ -127,7 +127,7 @@ constexpr void makeTwiddles(T* table, const T* sine, int sineOrder, int order) {
     T* p = table;
     for (int32_t k = 0; k < rows; k += L, p += TileTwiddles<V>::kPerTile) makeTile<V, Order>(p, circle, k);
   }
-  makeColumns(table + layout.columns, sine, sineOrder, passesOf<T>(order));
+  makeColumns(table + layout.columns, sine, sineOrder, passes);
 }
 
 // Points quarter + first + l, 0 - sin - i cos of the angle beyond the quarter: both come as runs. No zero is negative.
