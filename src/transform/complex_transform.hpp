@@ -83,17 +83,28 @@ void inCache(const Job<Lane<V>>& job, Points src, Points dst) {
 
 // What each work buffer of large transforms has room for.
 inline constexpr std::ptrdiff_t kOuterRoom = 1 << 18;
-static_assert(kOuterRoom <= complexSizes<float>(kMaxInCacheOrder<float> + 5).work);
-static_assert(kOuterRoom <= complexSizes<double>(kMaxInCacheOrder<double> + 5).work);
+template <class T>
+constexpr bool outerRunsFit() {
+  for (int order = kMaxInCacheOrder<T> + 1; order <= maxOrder<T>(Kind::interleaved); ++order)
+    if (complexSizes<T>(order).work < kOuterRoom) return false;
+  return true;
+}
+static_assert(outerRunsFit<float>() && outerRunsFit<double>());
 
-// The outer passes, the first of radix 4 and the others of radix R, through the work buffer: a run of each of `parts`
-// parts at a time, so that memory is read and written once. Runs of many parts are as long as the buffer allows, those
-// of few parts longer where memory is written elsewhere.
+// Bytes of a run of each part that outer passes take through the work buffer at a time: as many as it has room for
+// where there are many parts, and with AVX2 also from one array to another that the caches do not hold beside it.
+template <class T>
+constexpr std::ptrdiff_t outerRunBytes(int order, bool inPlace) {
+  const int outer = partBits<T>(order);
+  if (outer > 4 || (!kAvx512 && !inPlace && !cachesHoldTwo<T>(order))) return kOuterRoom >> outer;
+  return inPlace ? 1024 : 2048;
+}
+
+// The first pass is of radix 4, the others of radix R; memory is read and written once.
 template <Direction D, int R, class V, class Points, class RowSet>
 void outerPasses(std::ptrdiff_t parts, Points src, RowSet dst, std::ptrdiff_t m, const Lane<V>* twiddles, Lane<V>* work,
-                 bool inPlace) {
+                 std::ptrdiff_t runBytes) {
   constexpr int kTurns = RowSet::kTurns;
-  const std::ptrdiff_t runBytes = parts > 16 ? kOuterRoom / parts : inPlace ? 1024 : 2048;
   const std::ptrdiff_t wide = runBytes / std::ptrdiff_t{2 * sizeof(V)}, step = m / parts;
   const Rows<V> buffer = rowsIn<V>(OneArray<Lane<V>>{work});
   const PointRows<V, Points> rows = {src};
@@ -132,14 +143,15 @@ void large(const Job<Lane<V>>& job, Points src, Points dst) {
   const std::ptrdiff_t blocks = std::ptrdiff_t{1} << outer;
   const auto rows = rowsBetween<V>(dst);
   bool inPlace = haveSameArray(src, dst);
-  // Where the caches hold one array but not two, a copy comes faster than points out of order.
-  if (!inPlace && outer == 4 && !cachesHoldTwo<T>(job.order)) {
+  // Where the caches hold one array but not two, with AVX-512 a copy comes faster than points out of order.
+  if (kAvx512 && !inPlace && cachesHoldOne<T>(job.order) && !cachesHoldTwo<T>(job.order)) {
     copyPoints(src, dst, std::ptrdiff_t{1} << job.order);
     src = dst;
     inPlace = true;
   }
-  if (outer < 8) outerPasses<D, 4, V>(blocks, src, rows, m, columns, job.work, inPlace);
-  else outerPasses<D, 8, V>(blocks, src, rows, m, columns, job.work, inPlace);
+  const std::ptrdiff_t runBytes = outerRunBytes<T>(job.order, inPlace);
+  if (outer < 8) outerPasses<D, 4, V>(blocks, src, rows, m, columns, job.work, runBytes);
+  else outerPasses<D, 8, V>(blocks, src, rows, m, columns, job.work, runBytes);
   Columns<D, decltype(rows)>(passes, columns)
       .run(outerPassesOf<T>(job.order).count, rows, m >> outer, 0, blocks, blocks);
   if constexpr (kAvx512 && sizeof(T) == 8)  // The only ones that take longer with the other.
@@ -150,9 +162,10 @@ void large(const Job<Lane<V>>& job, Points src, Points dst) {
 // src and dst may be the same.
 template <Direction D, class Points, class T>
 void transformLong(const Job<T>& job, Points src, Points dst) {
-  if (job.order <= kMaxInCacheOrder<T>) inCache<D, Vec<T>>(job, src, dst);
-  else if (takesPanels<T>(job.order)) inPanels<D, Vec<T>>(job, src, dst);
-  else large<D, Vec<T>>(job, src, dst);
+  if (job.order <= kMaxInCacheOrder<T>) return inCache<D, Vec<T>>(job, src, dst);
+  if constexpr (kHasPanels<T>)
+    if (takesPanels<T>(job.order)) return inPanels<D, Vec<T>>(job, src, dst);
+  large<D, Vec<T>>(job, src, dst);
 }
 
 }  // namespace ovks::fft

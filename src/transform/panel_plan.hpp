@@ -10,11 +10,13 @@ namespace ovks::fft {
 // Of one array, or of each of two. Less of a row wastes what memory gives with one access.
 inline constexpr int kPanelRowBytes = 256;
 
-// The orders where panels pay, and the work buffer has room for them.
-template <class T>
-inline constexpr int kMinPanelOrder = sizeof(T) == 4 ? 21 : 20;
+// The orders where panels pay, and the work buffer has room for them; none with AVX2, whose vectors are half a line.
 template <class T>
 inline constexpr int kMaxPanelOrder = sizeof(T) == 4 ? 22 : 21;
+template <class T>
+inline constexpr int kMinPanelOrder = kAvx512 ? kMaxPanelOrder<T> - 1 : kMaxPanelOrder<T> + 1;
+template <class T>
+inline constexpr bool kHasPanels = kMinPanelOrder<T> <= kMaxPanelOrder<T>;
 
 template <class T>
 struct PanelPlan {

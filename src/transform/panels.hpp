@@ -96,18 +96,15 @@ void inPanels(const Job<Lane<V>>& job, const PanelPlan<Lane<V>>& plan, Points sr
     firstSweep<D, byRows, V>(job, plan, src, rowsOut, inPlace);
     secondSweep<D, byRows, V>(job, plan, rows, pointsOut, inPlace);
   };
-  if constexpr (kAvx512) {
-    if (exceedsCache(int64_t{sizeof(Lane<V>)} << job.order)) {
-      // Half of the points at least half of the cache: it does not hold them from one sweep to the next. Results go
-      // past it, but not with AVX2, whose vectors are half a line.
-      if (isAligned<V>(dst)) {
-        sweep.template operator()<true>(pastCaches(rows), pastCaches(dst));
-        return _mm_sfence();
-      }
-    } else if constexpr (std::is_same_v<Points, Split<Lane<V>>>) {
-      // Lines of two arrays come from the third cache sooner a vector of many rows at a time.
-      return sweep.template operator()<false>(rows, dst);
+  if (exceedsCache(int64_t{sizeof(Lane<V>)} << job.order)) {
+    // Half of the points at least half of the cache: it does not hold them from one sweep to the next.
+    if (isAligned<V>(dst)) {
+      sweep.template operator()<true>(pastCaches(rows), pastCaches(dst));
+      return _mm_sfence();
     }
+  } else if constexpr (std::is_same_v<Points, Split<Lane<V>>>) {
+    // Lines of two arrays come from the third cache sooner a vector of many rows at a time.
+    return sweep.template operator()<false>(rows, dst);
   }
   // Asked for row by row, as a row's page is then opened once.
   sweep.template operator()<true>(rows, dst);
@@ -120,8 +117,8 @@ void inPanels(const Job<Lane<V>>& job, Points src, Points dst) {
   constexpr bool twoArrays = std::is_same_v<Points, Split<T>>;
   const PanelPlan<T> plan(job.order, twoArrays);
   if constexpr (twoArrays) {
-    // Rows between the sweeps then alternate. With AVX2 that takes less time only in place.
-    if ((kAvx512 || haveSameArray(src, dst)) && (sharePageOffset(src) || sharePageOffset(dst))) {
+    // Rows between the sweeps then alternate.
+    if (sharePageOffset(src) || sharePageOffset(dst)) {
       // A panel's room is the same in rows of either kind, as its rows are of even numbers of vectors.
       static_assert(kPanelRowBytes / (2 * kVectorBytes) % 2 == 0);
       return inPanels<D, V>(job, plan, src, AlternatingRows<V>{{dst.re, dst.im}},

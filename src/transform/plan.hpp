@@ -20,7 +20,11 @@ inline constexpr int kMinPassesOrder = (kAvx512 ? kMaxShortOrder<T> : kMaxSmallO
 template <class T>
 inline constexpr int kMaxInCacheOrder = sizeof(T) == 4 ? 18 : 17;
 
-// Whether the caches hold the source of a transform beside its destination. Of larger ones they hold but one.
+// Whether the caches hold the points of a transform, and whether they hold its source beside its destination.
+template <class T>
+constexpr bool cachesHoldOne(int order) {
+  return order <= kMaxInCacheOrder<T> + 2;
+}
 template <class T>
 constexpr bool cachesHoldTwo(int order) {
   return order <= kMaxInCacheOrder<T> + 1;

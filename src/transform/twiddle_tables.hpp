@@ -115,7 +115,8 @@ template <class Order, class T>
 constexpr void makeTwiddles(T* table, const T* sine, int sineOrder, int order, const Passes& passes) {
   using V = Vec<T>;
   constexpr int L = lanes<V>;
-  if (takesPanels<T>(order)) return makePanelTwiddles<Order>(table, sine, sineOrder, order);
+  if constexpr (kHasPanels<T>)
+    if (takesPanels<T>(order)) return makePanelTwiddles<Order>(table, sine, sineOrder, order);
   const int32_t rows = (1 << order) / L;
   const TwiddleLayout<T> layout(order);
   const UnitCircle<T> circle(sine, sineOrder, order);
