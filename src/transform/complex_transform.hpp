@@ -59,11 +59,11 @@ Rows<V> transformColumns(int order, const Lane<V>* twiddles, Points src, Lane<V>
   return rows;
 }
 
-template <Direction D, class V, class Points, class Twiddles>
-void inCache(const Job<Lane<V>>& job, Points src, Points dst, Twiddles tiles) {
+// The twiddles are of columns, and of tiles.
+template <Direction D, class V, class Twiddles, class Points, class Results>
+void inCache(const Job<Lane<V>>& job, const Lane<V>* columns, Twiddles tiles, Points src, Results dst) {
   using T = Lane<V>;
   const std::ptrdiff_t m = (std::ptrdiff_t{1} << job.order) / lanes<V>;
-  const T* const columns = job.twiddles + TwiddleLayout<T>(job.order).columns;
   if constexpr (kMinLanesFirstOrder<T> <= kMaxInCacheOrder<T>)
     if (lanesFirst<T>(job.order)) {
       const Rows<V> rows = {job.work};
@@ -76,9 +76,11 @@ void inCache(const Job<Lane<V>>& job, Points src, Points dst, Twiddles tiles) {
 template <Direction D, class V, class Points>
 void inCache(const Job<Lane<V>>& job, Points src, Points dst) {
   using T = Lane<V>;
+  const T* const columns = job.twiddles + TwiddleLayout<T>(job.order).columns;
   if constexpr (kMinProductsOrder<T> <= kMaxInCacheOrder<T>)
-    if (job.order >= kMinProductsOrder<T>) return inCache<D, V>(job, src, dst, productsIn(job.twiddles, job.order));
-  inCache<D, V>(job, src, dst, TileTwiddles<V>{job.twiddles});
+    if (job.order >= kMinProductsOrder<T>)
+      return inCache<D, V>(job, columns, productsIn(job.twiddles, job.order), src, dst);
+  inCache<D, V>(job, columns, TileTwiddles<V>{job.twiddles}, src, dst);
 }
 
 // What each work buffer of large transforms has room for.

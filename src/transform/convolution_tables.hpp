@@ -95,7 +95,7 @@ auto makeProductTables(TableArea area, int order) {
   const Wave<T> fine = endsOfWave<T>(area, order, Pairs::kFine + 2 * lanes<V>);
   const Wave<T> coarse = wholeWave<T>(area, log2OfPower(m));
   T* const columns = area.take<T>(2 * m);
-  makeColumns(columns, coarse.sine, coarse.order, passesOf<T>(order - 1));
+  makeColumns(columns, coarse.sine, coarse.order, complexPassesOf<T>(order - 1));
   int32_t* const bitReversal = area.take<int32_t>(m / lanes<V>);
   makeBitReversal(bitReversal, order - 1, static_cast<int32_t>(m / lanes<V>));
   return ConvolutionTables<TileTwiddleProducts<V>, Pairs, T>{

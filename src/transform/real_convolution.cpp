@@ -42,14 +42,6 @@ struct Ragged {
   }
 };
 
-template <Direction D, bool scale, class Tables, class Points, class Results, class T>
-void transform(int order, const Tables& tables, Points src, Results dst, T* work, T factor) {
-  using V = Vec<T>;
-  const Rows<V> rows = transformColumns<D, V>(order, tables.columns, src, work);
-  const std::ptrdiff_t m = (std::ptrdiff_t{1} << order) / lanes<V>;
-  closingPass<D, scale>(rows, dst, m, tables.tiles, tables.bitReversal, factor);
-}
-
 template <class V>
 OVKS_INLINE Complex<V> product(Complex<V> a, Complex<V> b) {
   return {fma(a.re, b.re, -(a.im * b.im)), a.re * b.im + a.im * b.re};
@@ -96,7 +88,8 @@ void convolve(int order, const Tables& tables, Sequence<T> a, Sequence<T> b, T* 
   const Interleaved<T> spectrumA = {z}, spectrumB = {w};
   const auto forward = [&](Sequence<T> x, Interleaved<T> spectrum) {
     const Bounds<T> bounds = padded(x, room);
-    transform<Direction::forward, false>(order - 1, tables, Ragged<T>{&bounds, 0}, spectrum, memory.work, T(1));
+    const Job<T> job = {order - 1, nullptr, tables.bitReversal, memory.work, false, T(1)};
+    inCache<Direction::forward, Vec<T>>(job, tables.columns, tables.tiles, Ragged<T>{&bounds, 0}, spectrum);
   };
   forward(a, spectrumA);
   forward(b, spectrumB);
@@ -104,7 +97,8 @@ void convolve(int order, const Tables& tables, Sequence<T> a, Sequence<T> b, T* 
   const std::ptrdiff_t edge = results & -kVector;
   const T factor = T(2) / static_cast<T>(std::ptrdiff_t{1} << order);
   const Bounds<T> bounds = {dst, room, edge};
-  transform<Direction::inverse, true>(order - 1, tables, spectrumA, Ragged<T>{&bounds, 0}, memory.work, factor);
+  const Job<T> job = {order - 1, nullptr, tables.bitReversal, memory.work, true, factor};
+  inCache<Direction::inverse, Vec<T>>(job, tables.columns, tables.tiles, spectrumA, Ragged<T>{&bounds, 0});
   for (std::ptrdiff_t i = edge; i < results; ++i) dst[i] = room[i - edge];
 }
 
