@@ -55,7 +55,7 @@ const T* constantSplitTwiddles(int order) {
 }
 template <class T>
 const T* constantRealTiles(int order) {
-  constexpr int kFirst = kMaxShortOrder<T> + 2;
+  constexpr int kFirst = kMinPairsPassesOrder<T> + 1;
   return kConstantTables<ConstantRealTiles, T, kFirst, kMaxConstantSplitOrder>.ofOrder[order - kFirst];
 }
 

@@ -46,10 +46,11 @@ void setFactor(Spec<T>& spec, int flag) {
 
 template <class T>
 const T* twiddlesOf(T* area, Kind kind, const T* sine, int sineOrder, int order, const Passes& passes) {
-  if (order <= kMaxShortOrder<T>) return nullptr;
   if (kind == Kind::split) {
+    if (order <= kMaxShortOrder<T>) return nullptr;
     makeTwiddles<InOrder>(area, sine, sineOrder, order, passes);
   } else {
+    if (order < kMinPassesOrder<T>) return nullptr;
     if (order <= kMaxConstantOrder) return constantTwiddles<T>(order);
     makeTwiddles<ByChunks>(area, sine, sineOrder, order, passes);
   }

@@ -13,7 +13,7 @@ inline constexpr int kRunRows = 512 / (2 * kVectorBytes);
 // Whether no order leaves fewer blocks to the last pass than a run has rows.
 template <class T>
 constexpr bool blocksMakeRuns() {
-  for (int order = kMaxShortOrder<T> + 1; order <= kMaxInCacheOrder<T>; ++order) {
+  for (int order = kMinPairsPassesOrder<T>; order <= kMaxInCacheOrder<T>; ++order) {
     for (const Passes& p : {passesOf<T>(order), complexPassesOf<T>(order)})
       if ((1 << order) / (kLanes<T> << p.bits[p.count - 1]) < kRunRows) return false;
   }

@@ -17,7 +17,7 @@ namespace ovks::fft {
 // While the pairs' rows are in the work buffer and specifications have room for the tables.
 template <class T>
 constexpr bool splitInPasses(int order) {
-  return order - 1 > kMaxShortOrder<T> && !splitInTwoLevels<T>(order);
+  return order - 1 >= kMinPairsPassesOrder<T> && !splitInTwoLevels<T>(order);
 }
 
 // Two spectra of some tiles each: every step of them is a run.
