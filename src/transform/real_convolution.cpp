@@ -7,6 +7,7 @@
 #include "transform/real_convolution.hpp"
 
 #include "transform/convolution_tables.hpp"
+#include "transform/in_cache.hpp"
 
 namespace ovks::fft {
 namespace {

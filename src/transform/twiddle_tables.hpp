@@ -2,8 +2,9 @@
 // The tables of twiddles: built by Init for long transforms, by the compiler for others.
 #pragma once
 
-#include "transform/complex_transform.hpp"
+#include "transform/panel_plan.hpp"
 #include "transform/real_pairs.hpp"
+#include "transform/twiddle_layout.hpp"
 #include "transform/unit_circle.hpp"
 
 namespace ovks::fft {
