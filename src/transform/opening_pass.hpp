@@ -64,10 +64,11 @@ template <Direction D, class V, class Twiddles>
 // Into m rows.
 template <Direction D, class V, class Points, class Twiddles>
 [[gnu::noinline]] void openingPass(Points src, Rows<V> rows, std::ptrdiff_t m, Twiddles twiddles) {
+  constexpr int L = lanes<V>;
   // A set has room for four lines of each array.
-  if constexpr (std::is_same_v<Points, Split<Lane<V>>> && lanes < V >> 4)
+  if constexpr (L > 4 && std::is_same_v<Points, Split<Lane<V>>>)
     if (crowdSets<V>(src, m)) return openingPassFromRuns<D>(src, rows, m, twiddles);
-  openTiles<D>(src, m, rows, 0, m / lanes<V>, twiddles);
+  openTiles<D>(src, m, rows, 0, m / L, twiddles);
 }
 
 }  // namespace ovks::fft
