@@ -10,7 +10,7 @@ namespace ovks::fft {
 
 template <Direction D, bool scale, class V, class Twiddles, class Points>
 void close(const Job<Lane<V>>& job, Rows<V> rows, Points dst, std::ptrdiff_t m, Twiddles twiddles) {
-  // With AVX2 rows are not so far apart in any that close.
+  // With AVX2 only short transforms close, whose steps are less than a page.
   if constexpr (kAvx512 && std::is_same_v<Points, Split<Lane<V>>>)
     if (crowdSets<V>(dst, m)) return closingPassHeld<D, scale>(rows, dst, m, twiddles, job.bitReversal, job.factor);
   closingPass<D, scale>(rows, dst, m, twiddles, job.bitReversal, job.factor);
@@ -34,7 +34,7 @@ Rows<V> transformColumns(int order, const Lane<V>* twiddles, Points src, Lane<V>
   return rows;
 }
 
-// The twiddles are of columns, and of tiles.
+// With the twiddles of columns, and those of tiles.
 template <Direction D, class V, class Twiddles, class Points, class Results>
 void inCache(const Job<Lane<V>>& job, const Lane<V>* columns, Twiddles tiles, Points src, Results dst) {
   using T = Lane<V>;

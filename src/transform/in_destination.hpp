@@ -27,7 +27,7 @@ constexpr std::ptrdiff_t outerRunBytes(int order, bool inPlace) {
   return inPlace ? 1024 : 2048;
 }
 
-// The first pass is of radix 4, the others of radix R; memory is read and written once.
+// The outer passes, the first of radix 4 and the others of radix R; memory is read and written once.
 template <Direction D, int R, class V, class Points, class RowSet>
 void outerPasses(std::ptrdiff_t parts, Points src, RowSet dst, std::ptrdiff_t m, const Lane<V>* twiddles, Lane<V>* work,
                  std::ptrdiff_t runBytes) {

@@ -16,8 +16,8 @@ inline constexpr int kMaxShortOrder = sizeof(T) == 4 ? 8 : 7;
 // From here on there are passes and tables for them. Convolution takes them also where a kernel by itself is faster.
 template <class T>
 inline constexpr int kMinPassesOrder = (kAvx512 ? kMaxShortOrder<T> : kMaxSmallOrder) + 1;
-// From here on real transforms' pairs take passes, which include the split; with AVX2, doubles where a complex transform
-// has a kernel.
+// From here on real transforms' pairs take passes, which include the split; with AVX2, doubles where a complex
+// transform has a kernel.
 template <class T>
 inline constexpr int kMinPairsPassesOrder = sizeof(T) == 8 ? kMinPassesOrder<T> : kMaxShortOrder<T> + 1;
 // Up to here in the caches, through the work buffer.
