@@ -71,6 +71,25 @@ OVKS_INLINE auto nearest(V v) {
   }
 }
 
+// Whether narrowing by the processor's packs saturates what falls below T's range.
+template <class T>
+inline constexpr bool narrowsBelow = !kAvx512 && sizeof(T) <= 2;
+
+template <class T, class W>
+OVKS_INLINE auto narrowed(W v) {
+  if constexpr (narrowsBelow<T>) {
+    const __m128i first = ovks::low<__m128i>(v);
+    __m128i second = first;
+    if constexpr (sizeof(W) == 32) second = _mm256_extracti128_si256(bits<__m256i>(v), 1);
+    __m128i words = std::is_same_v<T, uint16_t> ? _mm_packus_epi32(first, second) : _mm_packs_epi32(first, second);
+    if constexpr (sizeof(T) == 1)
+      words = std::is_signed_v<T> ? _mm_packs_epi16(words, words) : _mm_packus_epi16(words, words);
+    return ovks::low<Vec<T, lanes<W>>>(words);
+  } else {
+    return convert<T>(v);
+  }
+}
+
 }  // namespace detail
 
 // Rounded to T under the default control, saturated; NaN gives 0.
@@ -87,9 +106,10 @@ OVKS_INLINE auto toInteger(V v) {
     return v >= broadcast<V>(kEnd) ? broadcast<R>(L::max()) : inside;
   } else {
     const V max = broadcast<V>(static_cast<F>(L::max())), min = broadcast<V>(static_cast<F>(L::min()));
-    v = larger(min, smaller(max, v));
-    if constexpr (mode == RoundNear) return convert<T>(detail::nearest(v));
-    else return convert<T>(convert<int32_t>(roundTo<mode>(v)));
+    v = smaller(max, v);
+    if constexpr (!detail::narrowsBelow<T>) v = larger(min, v);
+    if constexpr (mode == RoundNear) return detail::narrowed<T>(detail::nearest(v));
+    else return detail::narrowed<T>(convert<int32_t>(roundTo<mode>(v)));
   }
 }
 
@@ -100,22 +120,29 @@ class PowerOfTwo {
   using F = Lane<V>;
 
   explicit PowerOfTwo(int scaleFactor) {
-    constexpr int kLimit = sizeof(F) == 4 ? 250 : 2040;
-    exponent_ = scaleFactor < -kLimit ? kLimit : scaleFactor > kLimit ? -kLimit : -scaleFactor;
+    constexpr int kLimit = sizeof(F) == 4 ? 250 : 2040, kNormal = std::numeric_limits<F>::max_exponent - 2;
+    const int exponent = scaleFactor < -kLimit ? kLimit : scaleFactor > kLimit ? -kLimit : -scaleFactor;
+    const int near = exponent < -kNormal ? -kNormal : exponent > kNormal ? kNormal : exponent;
+    factor_ = power(near);
+    rest_ = exponent - near;
   }
 
   OVKS_INLINE V operator()(V v) const {
-    // Two factors, so that neither leaves the normal range.
-    return v * broadcast<V>(power(exponent_ / 2)) * broadcast<V>(power(exponent_ - exponent_ / 2));
+    v = v * broadcast<V>(factor_);
+    // What is left where the factor would leave the normal range.
+    if (rest_ != 0) [[unlikely]]
+      v = v * broadcast<V>(power(rest_));
+    return v;
   }
 
  private:
-  static F power(int exponent) {
+  OVKS_INLINE static F power(int exponent) {
     if constexpr (sizeof(F) == 4) return bits<float>((exponent + 127) << 23);
     else return bits<double>(int64_t{exponent + 1023} << 52);
   }
 
-  int exponent_;
+  F factor_;
+  int rest_;
 };
 
 }  // namespace ovks

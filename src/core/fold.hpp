@@ -15,6 +15,7 @@
 
 #include "core/element.hpp"
 #include "core/pack.hpp"
+#include "core/part.hpp"
 
 namespace ovks {
 

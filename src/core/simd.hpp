@@ -2,8 +2,7 @@
 // Vectors as wide as the level's registers, over the compiler's vector extensions.
 //
 // A vector is a plain value of the language: operators, comparisons, the conditional operator, __builtin_shufflevector
-// and
-// __builtin_convertvector are used as they are. This file adds what the language has no spelling for.
+// and __builtin_convertvector are used as they are. This file adds what the language has no spelling for.
 #pragma once
 
 #include <immintrin.h>
@@ -112,61 +111,6 @@ OVKS_INLINE To extend(From v) {
     To r{};
     __builtin_memcpy(&r, &v, sizeof v);
     return r;
-  }
-}
-
-// Fewer bytes than a whole vector's.
-template <std::size_t whole>
-OVKS_INLINE void copyShort(char* dst, const char* src, std::ptrdiff_t bytes) {
-  const auto move = [&]<class M>(M piece) {
-    if constexpr (sizeof(M) < whole) {
-      if (!(bytes & std::ptrdiff_t{sizeof(M)})) return;
-      piece = load<M>(src);
-      store(dst, piece);
-      src += sizeof(M);
-      dst += sizeof(M);
-    }
-  };
-  move(RawVec<16>{});
-  move(int64_t{});
-  move(int32_t{});
-  move(int16_t{});
-  move(int8_t{});
-}
-
-// The first n lanes from memory, 0 < n < lanes<V> (on AVX-512 also all), the others from rest. Reads nothing beyond.
-template <class V>
-OVKS_INLINE V loadPart(const Lane<V>* p, std::ptrdiff_t n, V rest = V{}) {
-  constexpr int size = sizeof(Lane<V>);
-  if constexpr (kAvx512) {
-    const uint64_t mask = _bzhi_u64(~uint64_t{0}, static_cast<unsigned>(n));
-    const __m512i others = extend<__m512i>(rest);
-    __m512i v;
-    if constexpr (size == 1) v = _mm512_mask_loadu_epi8(others, mask, p);
-    if constexpr (size == 2) v = _mm512_mask_loadu_epi16(others, static_cast<__mmask32>(mask), p);
-    if constexpr (size == 4) v = _mm512_mask_loadu_epi32(others, static_cast<__mmask16>(mask), p);
-    if constexpr (size == 8) v = _mm512_mask_loadu_epi64(others, static_cast<__mmask8>(mask), p);
-    return low<V>(v);
-  } else {
-    V v = rest;
-    copyShort<sizeof(V)>(reinterpret_cast<char*>(&v), reinterpret_cast<const char*>(p), n * size);
-    return v;
-  }
-}
-
-// The first n lanes to memory, 0 < n < lanes<V> (on AVX-512 also all). Writes nothing beyond.
-template <class V>
-OVKS_INLINE void storePart(Lane<V>* p, V v, std::ptrdiff_t n) {
-  constexpr int size = sizeof(Lane<V>);
-  if constexpr (kAvx512) {
-    const uint64_t mask = _bzhi_u64(~uint64_t{0}, static_cast<unsigned>(n));
-    const __m512i wide = extend<__m512i>(v);
-    if constexpr (size == 1) _mm512_mask_storeu_epi8(p, mask, wide);
-    if constexpr (size == 2) _mm512_mask_storeu_epi16(p, static_cast<__mmask32>(mask), wide);
-    if constexpr (size == 4) _mm512_mask_storeu_epi32(p, static_cast<__mmask16>(mask), wide);
-    if constexpr (size == 8) _mm512_mask_storeu_epi64(p, static_cast<__mmask8>(mask), wide);
-  } else {
-    copyShort<sizeof(V)>(reinterpret_cast<char*>(p), reinterpret_cast<const char*>(&v), n * size);
   }
 }
 

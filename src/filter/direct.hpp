@@ -12,6 +12,7 @@
 
 #include "core/complex.hpp"
 #include "core/element.hpp"
+#include "core/part.hpp"
 
 namespace ovks {
 

@@ -6,6 +6,7 @@
 
 #include "core/check.hpp"
 #include "core/float_to_integer.hpp"
+#include "core/part.hpp"
 #include "generate/engine.hpp"
 #include "ovks/generate.h"
 

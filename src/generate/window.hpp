@@ -13,6 +13,7 @@
 #include "core/check.hpp"
 #include "core/complex.hpp"
 #include "core/float_to_integer.hpp"
+#include "core/part.hpp"
 
 namespace ovks {
 

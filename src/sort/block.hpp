@@ -9,13 +9,6 @@ namespace ovks::sort {
 
 namespace detail {
 
-template <class V>
-OVKS_INLINE V laneNumbers() {
-  V v;
-  for (int i = 0; i < lanes<V>; ++i) v[i] = static_cast<Lane<V>>(i);
-  return v;
-}
-
 // A bit for each lane whose number plus `from` is below n < 2^15: a comparison, since n is anybody's guess.
 template <int L>
 OVKS_INLINE unsigned lanesBelow(std::ptrdiff_t n, int from) {
@@ -46,8 +39,7 @@ OVKS_INLINE V loadRow(const Lane<V>* p, int from, std::ptrdiff_t n, V rest) {
   } else {
     if (n - from >= lanes<V>) return load<V>(p);
     if (n <= from) return rest;
-    const V valid = detail::laneNumbers<V>() < broadcast<V>(static_cast<Lane<V>>(n - from));
-    return valid ? loadPart<V>(p, n - from) : rest;
+    return loadPart(p, n - from, rest);
   }
 }
 

@@ -2,6 +2,7 @@
 // Elements to keys in place, with the bounds that a sort of them needs.
 #pragma once
 
+#include "core/part.hpp"
 #include "sort/sort.hpp"
 
 namespace ovks::sort {

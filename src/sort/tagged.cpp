@@ -13,7 +13,7 @@ namespace {
 
 void countUp(int32_t* tag, std::ptrdiff_t n) {
   using V = Vec<int32_t>;
-  V v = detail::laneNumbers<V>();
+  V v = laneNumbers<V>();
   std::ptrdiff_t i = 0;
   for (; i + lanes<V> <= n; i += lanes<V>) {
     store(tag + i, v);
@@ -58,7 +58,7 @@ void sortPacked(const K* key, int32_t* word, std::ptrdiff_t n, const Order<K>& o
   constexpr std::ptrdiff_t L = lanes<V>;
   using Narrow = Vec<K, L>;
   const auto pack = [&](Narrow x, std::ptrdiff_t i) {
-    return resize<V>(order.key(x)) << 16 | (detail::laneNumbers<V>() + broadcast<V>(static_cast<int32_t>(i)));
+    return resize<V>(order.key(x)) << 16 | (laneNumbers<V>() + broadcast<V>(static_cast<int32_t>(i)));
   };
   std::ptrdiff_t i = 0;
   for (; i + L <= n; i += L) store(word + i, pack(load<Narrow>(key + i), i));

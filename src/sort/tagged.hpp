@@ -84,7 +84,7 @@ OVKS_INLINE bool any(Vec<int64_t, L> mask) {
 // The tags of a row from `from` on; fresh ones are the positions themselves.
 template <int L>
 OVKS_INLINE Vec<int64_t, L> loadTags(const int32_t* tag, int from, std::ptrdiff_t n, bool fresh) {
-  if (fresh) return detail::laneNumbers<Vec<int64_t, L>>() + broadcast<Vec<int64_t, L>>(from);
+  if (fresh) return laneNumbers<Vec<int64_t, L>>() + broadcast<Vec<int64_t, L>>(from);
   return resize<Vec<int64_t, L>>(loadRow<Vec<int32_t, L>>(tag, from, n, Vec<int32_t, L>{}));
 }
 
@@ -99,7 +99,7 @@ template <int R, int L>
   unroll<R>([&](auto r) __attribute__((always_inline)) {
     const Narrow k = in.key(loadRow<Narrow>(key, r * L, n, Narrow{}));
     const V packed = resize<V>(k) << 32 | loadTags<L>(tag, r * L, n, fresh);
-    v[r] = detail::laneNumbers<V>() < broadcast<V>(n - r * L) ? packed : broadcast<V>(last);
+    v[r] = laneNumbers<V>() < broadcast<V>(n - r * L) ? packed : broadcast<V>(last);
   });
   sortRows<L>(v);
   unroll<R>([&](auto r) __attribute__((always_inline)) {
@@ -138,7 +138,7 @@ template <int R, int L>
   V taken{};
   unroll<R>([&](auto r) __attribute__((always_inline)) {
     v[r] = {in.key(loadRow<V>(key, r * L, n, rest)), loadTags<L>(tag, r * L, n, fresh)};
-    taken |= (v[r].key == last) & (detail::laneNumbers<V>() < broadcast<V>(n - r * L));
+    taken |= (v[r].key == last) & (laneNumbers<V>() < broadcast<V>(n - r * L));
   });
   if (any<L>(taken)) return insertTagged(key, tag, n, in, out, fresh);
   sortRows<L>(v);

@@ -14,7 +14,8 @@ using namespace ovks;
 // The product of a vector's lanes, a register of doubles left.
 template <class V>
 OVKS_INLINE Vec<double> productOfLanes(V v) {
-  if constexpr (lanes < V >> lanes<Vec<double>>) {
+  constexpr int n = lanes<V>;
+  if constexpr (n > lanes<Vec<double>>) {
     const auto h = halves(v);
     return productOfLanes(h.first) * productOfLanes(h.second);
   } else if constexpr (sizeof(Lane<V>) == 2) {

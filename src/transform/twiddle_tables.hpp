@@ -2,6 +2,7 @@
 // The tables of twiddles: built by Init for long transforms, by the compiler for others.
 #pragma once
 
+#include "core/part.hpp"
 #include "transform/panel_plan.hpp"
 #include "transform/real_pairs.hpp"
 #include "transform/twiddle_layout.hpp"
