@@ -113,35 +113,44 @@ OVKS_INLINE auto toInteger(V v) {
   }
 }
 
-// v * 2^-scaleFactor, for factors up to what makes every value vanish or saturate.
+// v * 2^-scaleFactor, where that power is a normal number.
+template <class V>
+class NormalPowerOfTwo {
+ public:
+  using F = Lane<V>;
+  static constexpr int kMax = std::numeric_limits<F>::max_exponent - 2;  // either way
+
+  explicit OVKS_INLINE NormalPowerOfTwo(int scaleFactor) {
+    if constexpr (sizeof(F) == 4) factor_ = bits<float>((127 - scaleFactor) << 23);
+    else factor_ = bits<double>(int64_t{1023 - scaleFactor} << 52);
+  }
+  OVKS_INLINE V operator()(V v) const { return v * broadcast<V>(factor_); }
+
+ private:
+  F factor_;
+};
+
+// For factors up to what makes every value vanish or saturate.
 template <class V>
 class PowerOfTwo {
  public:
-  using F = Lane<V>;
-
-  explicit PowerOfTwo(int scaleFactor) {
-    constexpr int kLimit = sizeof(F) == 4 ? 250 : 2040, kNormal = std::numeric_limits<F>::max_exponent - 2;
-    const int exponent = scaleFactor < -kLimit ? kLimit : scaleFactor > kLimit ? -kLimit : -scaleFactor;
-    const int near = exponent < -kNormal ? -kNormal : exponent > kNormal ? kNormal : exponent;
-    factor_ = power(near);
-    rest_ = exponent - near;
-  }
+  explicit PowerOfTwo(int scaleFactor) : PowerOfTwo(clamped(scaleFactor, kFar), clamped(scaleFactor, Normal::kMax)) {}
 
   OVKS_INLINE V operator()(V v) const {
-    v = v * broadcast<V>(factor_);
-    // What is left where the factor would leave the normal range.
+    v = scaled_(v);
     if (rest_ != 0) [[unlikely]]
-      v = v * broadcast<V>(power(rest_));
+      v = Normal(rest_)(v);
     return v;
   }
 
  private:
-  OVKS_INLINE static F power(int exponent) {
-    if constexpr (sizeof(F) == 4) return bits<float>((exponent + 127) << 23);
-    else return bits<double>(int64_t{exponent + 1023} << 52);
-  }
+  using Normal = NormalPowerOfTwo<V>;
+  static constexpr int kFar = sizeof(Lane<V>) == 4 ? 250 : 2040;
 
-  F factor_;
+  PowerOfTwo(int whole, int normal) : scaled_(normal), rest_(whole - normal) {}
+  static int clamped(int x, int limit) { return x < -limit ? -limit : x > limit ? limit : x; }
+
+  Normal scaled_;
   int rest_;
 };
 

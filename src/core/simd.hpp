@@ -217,9 +217,31 @@ OVKS_INLINE auto convertWider(V v) {
 
 template <class T, class V>
 inline constexpr bool convertsWider = sizeof(T) == 2 * sizeof(Lane<V>) &&
-                                      (sizeof(T) * lanes<V> >= 32 || (sizeof(T) == 4 && lanes<V> == 4)) &&
+                                      ((sizeof(T) * lanes<V> >= 32 && sizeof(T) * lanes<V> <= kVectorBytes) ||
+                                       (sizeof(T) == 4 && lanes<V> == 4)) &&
                                       (std::is_same_v<Lane<V>, float> || std::is_same_v<Lane<V>, int32_t> ||
                                        (std::is_same_v<Lane<V>, int16_t> && std::is_same_v<T, int32_t>));
+
+// Unsigned lanes of 8 or 16 bits to 32. gcc would take each by itself.
+template <class V>
+OVKS_INLINE auto toInt32(V v) {
+  using R = Vec<int32_t, lanes<V>>;
+  const auto raw = extend<RawVec<sizeof(V) < 16 ? 16 : sizeof(V)>>(v);
+  if constexpr (sizeof(Lane<V>) == 1) {
+    if constexpr (sizeof(R) == 64) return bits<R>(_mm512_cvtepu8_epi32(raw));
+    else if constexpr (sizeof(R) == 32) return bits<R>(_mm256_cvtepu8_epi32(raw));
+    else return bits<R>(_mm_cvtepu8_epi32(raw));
+  } else {
+    if constexpr (sizeof(R) == 64) return bits<R>(_mm512_cvtepu16_epi32(raw));
+    else if constexpr (sizeof(R) == 32) return bits<R>(_mm256_cvtepu16_epi32(raw));
+    else return bits<R>(_mm_cvtepu16_epi32(raw));
+  }
+}
+
+template <class T, class V>
+inline constexpr bool convertsToInt32 = std::is_same_v<T, int32_t> &&
+                                        sizeof(Lane<V>) <= 2 && std::is_unsigned_v<Lane<V>> &&
+                                        sizeof(T) * lanes<V> >= 16 && sizeof(T) * lanes<V> <= kVectorBytes;
 
 }  // namespace detail
 
@@ -228,6 +250,8 @@ template <class T, class V>
 OVKS_INLINE auto convert(V v) {
   if constexpr (std::is_same_v<T, Lane<V>>) return v;
   else if constexpr (detail::convertsWider<T, V>) return detail::convertWider<T>(v);
+  else if constexpr (detail::convertsToInt32<T, V>) return detail::toInt32(v);
+  else if constexpr (std::is_floating_point_v<T> && sizeof(Lane<V>) <= 2) return convert<T>(convert<int32_t>(v));
   else return __builtin_convertvector(v, Vec<T, lanes<V>>);
 }
 

@@ -80,7 +80,7 @@ class IntegerQuotient {
  private:
   static constexpr int kFar = 100;  // rounds every quotient to 0, or saturates it
 
-  PowerOfTwo<V> scaled_;
+  NormalPowerOfTwo<V> scaled_;
   decltype(V{} == V{}) zeros_{};
 };
 
