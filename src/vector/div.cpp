@@ -37,7 +37,7 @@ struct Padded : F {
 };
 
 template <class Q, class Form, class D, class... S>
-Status divideBy(Q q, Form form, D* pDst, int len, const S*... src) {
+OVKS_INLINE Status divideBy(Q q, Form form, D* pDst, int len, const S*... src) {
   mapInline<typename Q::Work>(Padded<decltype(form(q))>{form(q)}, pDst, len, src...);
   return q.metZero() ? StatusDivByZero : StatusOk;
 }
